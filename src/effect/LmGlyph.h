@@ -1,0 +1,21 @@
+#ifndef LMFONTEFFECT_EFFECT_LMGLYPH_H
+#define LMFONTEFFECT_EFFECT_LMGLYPH_H
+
+#include <cstdint>
+
+namespace LmFontEffect {
+
+// One line's (or glyph's) 8-bit coverage rows, stride = width. topOffset and leftBearing place
+// it for font drawing; the effect engine does not read them.
+class LmGlyph {
+public:
+    unsigned char* pixels = nullptr;
+    uint16_t width = 0;
+    uint16_t height = 0;
+    int32_t topOffset = 0;
+    int32_t leftBearing = 0;
+};
+
+} // namespace LmFontEffect
+
+#endif

@@ -1,0 +1,29 @@
+#ifndef LMFONTEFFECT_FOUNDATION_LMCONVERT_H
+#define LMFONTEFFECT_FOUNDATION_LMCONVERT_H
+
+#include <climits>
+#include <cmath>
+
+namespace LmFontEffect {
+
+// Float-to-integer conversions that C leaves undefined for NaN and out-of-range values:
+// truncation toward zero that saturates, NaN giving 0. Used wherever a caller's float
+// becomes an integer.
+inline int lmToInt(double v)
+{
+    if (std::isnan(v)) return 0;
+    if (v >= 2147483647.0) return INT_MAX;
+    if (v <= -2147483648.0) return INT_MIN;
+    return (int)v;
+}
+
+inline unsigned lmToUnsigned(double v)
+{
+    if (std::isnan(v) || v <= 0.0) return 0;
+    if (v >= 4294967295.0) return UINT_MAX;
+    return (unsigned)v;
+}
+
+} // namespace LmFontEffect
+
+#endif
