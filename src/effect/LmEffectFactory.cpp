@@ -1,0 +1,21 @@
+#include "effect/LmEffect.h"
+
+#include "effect/LmText.h"
+
+// The factory of the effect stack: one layer class per kind. Kinds without a class (9, 13 and
+// anything unknown) give null.
+namespace LmFontEffect {
+
+LmECore* LmEffect::createEffect(int id, int kind)
+{
+    LmECore* layer = nullptr;
+    switch (kind) {
+    case LM_EFFECT_TEXT: layer = new LmText(); break;
+    default: return nullptr;
+    }
+    if (id < 0) id = getNewEffectId();
+    layer->setId(id);
+    return layer;
+}
+
+} // namespace LmFontEffect
