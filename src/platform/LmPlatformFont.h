@@ -1,0 +1,75 @@
+#ifndef LMFONTEFFECT_PLATFORM_LMPLATFORMFONT_H
+#define LMFONTEFFECT_PLATFORM_LMPLATFORMFONT_H
+
+#include "platform/LmGlyphBox.h"
+#include "platform/LmGlyphStyle.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+
+namespace LmFontEffect {
+
+class LmAlphaCanvas;
+
+// An immutable font made from bytes and a collection index: a FreeType face for outlines and
+// coverage, a HarfBuzz face for shaping. The bytes are borrowed and must outlive the font.
+// Safe to share between threads: the FreeType face, which holds per-size state, is used
+// under a mutex inside.
+class LmPlatformFont {
+public:
+    // Null for bytes FreeType cannot open (random, truncated, index out of range), for null
+    // data or a size of 0. Never crashes on corrupt input.
+    static std::shared_ptr<LmPlatformFont> MakeFromData(const unsigned char* data, size_t size, int index);
+
+    ~LmPlatformFont();
+    LmPlatformFont(const LmPlatformFont&) = delete;
+    LmPlatformFont& operator=(const LmPlatformFont&) = delete;
+
+    // Usual weight class (100..900) from the OS/2 table; 700 for a face flagged bold without
+    // one, else 400.
+    int GetNaturalWeight() const { return mWeight; }
+    // Whether the face is italic or oblique by its style flags or OS/2 selection.
+    bool IsNaturalItalic() const { return mItalic; }
+    bool HasGlyph(uint32_t codePoint) const;
+    uint32_t GetGlyphId(uint32_t codePoint) const;
+    int GetUnitsPerEm() const { return mUnitsPerEm; }
+    int GetIndex() const { return mIndex; }
+
+    // Typographic ascent at a pixel size: negative (above the baseline, y down).
+    float GetAscent(float size) const;
+    // Typographic descent at a pixel size: positive (below the baseline).
+    float GetDescent(float size) const;
+
+    // Ink box of one glyph drawn with the style, relative to its origin; false when the
+    // glyph has no outline (space, bitmap-only glyph, bad id).
+    bool GetGlyphBounds(uint32_t glyphId, const LmGlyphStyle& style, LmGlyphBox* box) const;
+    // Renders one glyph with its origin at (x, y) (pixels, y down, fractions kept) into the
+    // coverage canvas, merging by maximum with what is already there.
+    void DrawGlyph(uint32_t glyphId, const LmGlyphStyle& style, float x, float y, LmAlphaCanvas* canvas) const;
+
+    // HarfBuzz face of the font (owned by the font, valid while it lives), for shaping.
+    struct hb_face_t* GetHbFace() const { return mHbFace; }
+
+private:
+    LmPlatformFont() = default;
+    // Loads the glyph outline scaled, emboldened and transformed as the style says; returns
+    // false when there is none. Caller holds mMutex.
+    bool LoadOutline(uint32_t glyphId, const LmGlyphStyle& style) const;
+
+    struct FT_LibraryRec_* mLibrary = nullptr;
+    struct FT_FaceRec_* mFace = nullptr;
+    struct hb_face_t* mHbFace = nullptr;
+    int mWeight = 400;
+    bool mItalic = false;
+    int mUnitsPerEm = 1000;
+    int mIndex = 0;
+    int mAscender = 0;   // font units, y up
+    int mDescender = 0;  // font units, y up (negative below the baseline)
+    mutable std::mutex mMutex;
+};
+
+} // namespace LmFontEffect
+
+#endif
