@@ -10,12 +10,12 @@ namespace LmFontEffect {
 class LmFontData {
 public:
     LmFontData() = default;
-    LmFontData(unsigned char* buffer, uint32_t size, bool mapped) : buffer(buffer), size(size), mapped(mapped) {}
+    LmFontData(char* buffer, uint32_t size, bool mapped) : buffer(buffer), size(size), mapped(mapped) {}
     ~LmFontData();
     LmFontData(const LmFontData&) = delete;
     LmFontData& operator=(const LmFontData&) = delete;
 
-    unsigned char* buffer = nullptr;  // null when the file could not be opened or mapped
+    char* buffer = nullptr;           // null when the file could not be opened or mapped
     uint32_t size = 0;
     bool mapped = false;              // unmapped rather than array-deleted
 };

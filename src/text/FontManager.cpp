@@ -1,0 +1,381 @@
+#include "text/FontManager.h"
+
+#include "foundation/Error.h"
+#include "foundation/List.h"
+#include "foundation/LmLog.h"
+#include "foundation/LmString.h"
+#include "platform/LmPlatformFamily.h"
+#include "platform/LmPlatformFont.h"
+#include "text/FontEntry.h"
+#include "text/LmFontData.h"
+#include "text/LmFontFamily.h"
+#include "text/LmFontManagerImpl.h"
+
+#include <cstdint>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace LmFontEffect {
+
+namespace {
+
+const char* const kTag = "LmFontManager";
+
+bool toUtf8(const LmString* s, std::string& out)
+{
+    if (!s) return false;
+    int size = s->GetUTF8Size();
+    if (size < 1) return false;
+    std::string buffer(size, '\0');
+    if (!s->GetUTF8(&buffer[0], size)) return false;
+    out.assign(buffer.c_str());
+    return true;
+}
+
+// Whether `text` holds `needle` starting at index 1 or later: a name that merely begins
+// with the suffix does not count.
+bool containsAfterStart(const std::string& text, const char* needle)
+{
+    return text.size() > 1 && text.find(needle, 1) != std::string::npos;
+}
+
+const char* forLog(const LmString* s) { return LmLog::ConvertLog(s); }
+
+// Maps a whole font file read-only. The record is made whatever happens, so that a path
+// that failed once is not tried again.
+LmFontData* mapFontFile(const char* path)
+{
+    int fd = open(path, O_RDONLY | O_CLOEXEC);
+    if (fd < 0) {
+        LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "Failed to open %s as a font", path);
+        return new LmFontData(nullptr, 0, false);
+    }
+    struct stat st;
+    if (fstat(fd, &st) != 0) {
+        LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "Failed to stat font file %s", path);
+        close(fd);
+        return new LmFontData(nullptr, 0, false);
+    }
+    // Font data sizes are 32-bit; a larger (or empty) file cannot hold a usable font.
+    uint32_t size = (st.st_size > 0 && (uint64_t)st.st_size <= UINT32_MAX) ? (uint32_t)st.st_size : 0;
+    char* buffer = nullptr;
+    if (size > 0) {
+        void* mapped = mmap(nullptr, size, PROT_READ, MAP_SHARED, fd, 0);
+        if (mapped != MAP_FAILED) buffer = static_cast<char*>(mapped);
+    }
+    close(fd);
+    return new LmFontData(buffer, size, buffer != nullptr);
+}
+
+} // namespace
+
+std::string LmFontManagerImpl::FontKey(const char* name, int index)
+{
+    std::string key(name);
+    key.push_back((char)(unsigned char)('0' + index));
+    key.push_back('\0');
+    return key;
+}
+
+std::string LmFontManagerImpl::PathKey(const char* name)
+{
+    std::string key(name);
+    key.push_back('\0');
+    return key;
+}
+
+LmFontManagerImpl::~LmFontManagerImpl()
+{
+    ClearFontMaps();
+    ClearFontFamilies();
+}
+
+void LmFontManagerImpl::ClearFontMaps()
+{
+    fontMap.clear();
+    for (auto& entry : fontDataMap) delete entry.second;
+    fontDataMap.clear();
+    for (auto& entry : handedBuffers) delete entry.second;
+    handedBuffers.clear();
+    totalBufferMB = 0.0;
+}
+
+void LmFontManagerImpl::ClearFontFamilies()
+{
+    if (systemFamilies) {
+        int count = systemFamilies->GetCount();
+        for (int i = 0; i < count; ++i) delete static_cast<LmFontFamily*>(systemFamilies->Get(i));
+        delete systemFamilies;
+        systemFamilies = nullptr;
+    }
+    systemFamiliesSet = false;
+}
+
+FontManager* FontManager::GetInstance()
+{
+    static FontManager instance;
+    return &instance;
+}
+
+FontManager::FontManager() : impl(new LmFontManagerImpl(this)) {}
+
+FontManager::~FontManager()
+{
+    LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "~FontManager(%p)", (void*)this);
+    delete impl;
+}
+
+bool FontManager::IsExisting(const char* name, int index)
+{
+    if (!impl) {
+        Error::Report(kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
+        return false;
+    }
+    if (!name || !*name) {
+        LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "IsExisting() - path is NULL");
+        return false;
+    }
+    return impl->fontMap.count(LmFontManagerImpl::FontKey(name, index)) != 0;
+}
+
+bool FontManager::AddMinikinFont(const char* name, char* data, unsigned size, int index, bool checkExisting)
+{
+    if (!impl) {
+        Error::Report(kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
+        delete[] data;
+        return false;
+    }
+    if (!name || !*name) {
+        LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "AddMinikinFont() - path is NULL");
+        delete[] data;
+        return false;
+    }
+    if (checkExisting && IsExisting(name, index)) {
+        delete[] data;
+        return true;
+    }
+
+    // `handed` is the caller's buffer, which this call now owns; file bytes stay in the map.
+    char* handed = data;
+    if (!data) {
+        std::string pathKey = LmFontManagerImpl::PathKey(name);
+        auto found = impl->fontDataMap.find(pathKey);
+        LmFontData* record;
+        if (found == impl->fontDataMap.end()) {
+            record = mapFontFile(name);
+            impl->fontDataMap[pathKey] = record;
+            double fileMB = record->size / 1024000.0;
+            impl->totalBufferMB += fileMB;
+            if (LmLog::IsAllLogEnable())
+                LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "BUFFER TOTAL SIZE(%.2fMB) <- %s(%.2fMB) ",
+                             impl->totalBufferMB, name, fileMB);
+        } else {
+            record = found->second;
+        }
+        data = record->buffer;
+        size = record->size;
+    }
+    if (!data || size == 0) {
+        LmLog::Print(LmLog::LM_PRIO_ERROR, kTag, "AddMinikinFont() - Fail to get font");
+        delete[] handed;
+        return false;
+    }
+
+    std::shared_ptr<LmPlatformFont> font =
+        LmPlatformFont::MakeFromData(reinterpret_cast<const unsigned char*>(data), size, index);
+    if (!font) {
+        LmLog::Print(LmLog::LM_PRIO_ERROR, kTag, "AddMinikinFont() - Fail to create typeface");
+        delete[] handed;
+        return false;
+    }
+
+    std::string fontKey = LmFontManagerImpl::FontKey(name, index);
+    bool inserted = impl->fontMap.emplace(fontKey, font).second;
+    if (handed) {
+        if (inserted) {
+            impl->handedBuffers[fontKey] = new LmFontData(handed, size, false);
+        } else {
+            // The font already registered under the key wins; the new one, and with it the
+            // last user of the buffer, goes now.
+            font.reset();
+            delete[] handed;
+        }
+    }
+    return true;
+}
+
+bool FontManager::AddMinikinFont(LmString* name, char* data, unsigned size, int index, bool checkExisting)
+{
+    std::string utf8;
+    if (!toUtf8(name, utf8)) {
+        delete[] data;
+        return false;
+    }
+    return AddMinikinFont(utf8.c_str(), data, size, index, checkExisting);
+}
+
+bool FontManager::GetMinikinFont(std::shared_ptr<LmPlatformFont>& out, LmString* name, int index)
+{
+    if (!impl) {
+        Error::Report(kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
+        return false;
+    }
+    std::string utf8;
+    if (!toUtf8(name, utf8)) return false;
+    auto found = impl->fontMap.find(LmFontManagerImpl::FontKey(utf8.c_str(), index));
+    if (found == impl->fontMap.end()) return false;
+    out = found->second;
+    return true;
+}
+
+bool FontManager::BuildMinikinFamily(LmFontFamily* family)
+{
+    if (!impl) {
+        Error::Report(kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
+        return false;
+    }
+    if (!family || !family->fonts) return false;
+    int count = family->fonts->GetCount();
+    if (count < 1) return false;
+    for (int i = 0; i < count; ++i) {
+        FontEntry* entry = static_cast<FontEntry*>(family->fonts->Get(i));
+        if (!entry || !AddMinikinFont(entry->path, nullptr, 0, entry->ttcIndex, false)) return false;
+    }
+    return true;
+}
+
+bool FontManager::LoadMinikinFontFamily(unsigned localeListId)
+{
+    if (!impl) {
+        Error::Report(kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
+        return false;
+    }
+    List* families = impl->systemFamilies;
+    if (!families) return false;
+    int count = families->GetCount();
+    for (int i = 0; i < count; ++i) {
+        LmFontFamily* family = static_cast<LmFontFamily*>(families->Get(i));
+        if (family && !family->loaded && family->localeListId == localeListId) {
+            family->loaded = BuildMinikinFamily(family);
+            return true;
+        }
+    }
+    return false;
+}
+
+bool FontManager::SetSystemFontFamilies(List* families)
+{
+    if (!impl) {
+        Error::Report(kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
+        return false;
+    }
+    // A null list is nothing to take: the families stay unset.
+    if (!impl->systemFamiliesSet && families) {
+        impl->ClearFontFamilies();
+        impl->systemFamilies = families;
+        impl->systemFamiliesSet = true;
+    }
+    return true;
+}
+
+bool FontManager::IsSystemFontFamiliesAlreadySet()
+{
+    if (!impl) {
+        Error::Report(kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
+        return false;
+    }
+    return impl->systemFamiliesSet;
+}
+
+List* FontManager::GetSystemFontFamilies()
+{
+    if (!impl) {
+        Error::Report(kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
+        return nullptr;
+    }
+    return impl->systemFamilies;
+}
+
+bool FontManager::GetMinikinFontFamilies(LmString* familyName,
+                                         std::vector<std::shared_ptr<LmPlatformFamily>>& families,
+                                         LmString* userFont, int& weight)
+{
+    if (!impl) {
+        Error::Report(kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
+        return false;
+    }
+    bool verbose = LmLog::IsAllLogEnable();
+    if (verbose) {
+        LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "GetMinikinFontFamilies >>> GetMinikinFontFamilies");
+        LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "GetMinikinFontFamilies - userFont[%s]", forLog(userFont));
+        LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "GetMinikinFontFamilies - familyFont[%s]", forLog(familyName));
+    }
+
+    std::string user;
+    if (userFont && toUtf8(userFont, user)) {
+        bool italic = containsAfterStart(user, "-Italic");
+        if (!italic) {
+            if (containsAfterStart(user, "-Thin"))
+                weight = 100;
+            else if (containsAfterStart(user, "-Light"))
+                weight = 300;
+            else if (containsAfterStart(user, "-Medium"))
+                weight = (familyName && familyName->CompareTo("qvx-roboto-light") == 0) ? 700 : 500;
+            else if (containsAfterStart(user, "-Black"))
+                weight = 900;
+            else if (containsAfterStart(user, "-Bold"))
+                weight = 700;
+        }
+        // The system families already serve the system's own Roboto files.
+        std::shared_ptr<LmPlatformFont> font;
+        if (user.find("/system/fonts/Roboto-") == std::string::npos && GetMinikinFont(font, userFont, 0)) {
+            std::vector<LmStyledFont> fonts;
+            fonts.emplace_back(font, weight, italic);
+            families.push_back(std::make_shared<LmPlatformFamily>(0, 0, std::move(fonts), false));
+        }
+    }
+
+    List* system = impl->systemFamilies;
+    int familyCount = system ? system->GetCount() : 0;
+    for (int i = 0; i < familyCount; ++i) {
+        LmFontFamily* family = static_cast<LmFontFamily*>(system->Get(i));
+        if (!family || !family->loaded || !family->fonts) continue;
+        std::vector<LmStyledFont> fonts;
+        int entryCount = family->fonts->GetCount();
+        for (int j = 0; j < entryCount; ++j) {
+            FontEntry* entry = static_cast<FontEntry*>(family->fonts->Get(j));
+            std::shared_ptr<LmPlatformFont> font;
+            if (entry && GetMinikinFont(font, entry->path, entry->ttcIndex))
+                fonts.emplace_back(font, entry->weight, entry->italic);
+        }
+        if (!fonts.empty())
+            families.push_back(
+                std::make_shared<LmPlatformFamily>(family->localeListId, family->variant, std::move(fonts), false));
+    }
+    if (verbose && familyCount > 0)
+        LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "GetMinikinFontFamilies <<< GetMinikinFontFamilies");
+    return true;
+}
+
+void FontManager::ClearFontMaps()
+{
+    if (!impl) {
+        Error::Report(kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
+        return;
+    }
+    impl->ClearFontMaps();
+}
+
+void FontManager::ClearFontFamilies()
+{
+    if (!impl) {
+        Error::Report(kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
+        return;
+    }
+    impl->ClearFontFamilies();
+}
+
+} // namespace LmFontEffect

@@ -1,0 +1,64 @@
+#ifndef LMFONTEFFECT_TEXT_FONTMANAGER_H
+#define LMFONTEFFECT_TEXT_FONTMANAGER_H
+
+#include <memory>
+#include <vector>
+
+namespace LmFontEffect {
+
+class List;
+class LmFontFamily;
+class LmFontManagerImpl;
+class LmPlatformFamily;
+class LmPlatformFont;
+class LmString;
+
+// The process-wide font registry: fonts registered by name (from a file path or from bytes
+// a caller hands over), the system families of the font configuration, script fallback
+// families loaded on demand by locale list id, and the ordered family list text is drawn
+// with. Fonts and their bytes live until ClearFontMaps or process exit. Creation of the
+// singleton is thread-safe; its maps are not locked.
+class FontManager {
+public:
+    static FontManager* GetInstance();
+
+    ~FontManager();
+    FontManager(const FontManager&) = delete;
+    FontManager& operator=(const FontManager&) = delete;
+
+    // Whether (name, index) is registered.
+    bool IsExisting(const char* name, int index);
+    // Registers the font of (name, index). Without data, name is a file path, mapped once
+    // and kept. Data, when given, must come from new[] and becomes the manager's, also when
+    // the call fails or the font is already registered.
+    bool AddMinikinFont(const char* name, char* data, unsigned size, int index, bool checkExisting);
+    bool AddMinikinFont(LmString* name, char* data, unsigned size, int index, bool checkExisting);
+    bool GetMinikinFont(std::shared_ptr<LmPlatformFont>& out, LmString* name, int index);
+
+    // Registers every font of the family; 0 at the first failure, for null or an empty family.
+    bool BuildMinikinFamily(LmFontFamily* family);
+    // Builds the first unloaded system family with this locale list id; 0 when none is left.
+    bool LoadMinikinFontFamily(unsigned localeListId);
+    // Takes the list (of LmFontFamily*) with its families the first time only; later lists
+    // stay the caller's.
+    bool SetSystemFontFamilies(List* families);
+    bool IsSystemFontFamiliesAlreadySet();
+    List* GetSystemFontFamilies();
+
+    // The families to draw with: the user font first (its weight and slant read from its
+    // name, which may change weight), then every loaded system family in configuration order.
+    bool GetMinikinFontFamilies(LmString* familyName, std::vector<std::shared_ptr<LmPlatformFamily>>& families,
+                                LmString* userFont, int& weight);
+
+    void ClearFontMaps();
+    void ClearFontFamilies();
+
+private:
+    FontManager();
+
+    LmFontManagerImpl* impl;
+};
+
+} // namespace LmFontEffect
+
+#endif

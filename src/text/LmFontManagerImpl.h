@@ -1,0 +1,46 @@
+#ifndef LMFONTEFFECT_TEXT_LMFONTMANAGERIMPL_H
+#define LMFONTEFFECT_TEXT_LMFONTMANAGERIMPL_H
+
+#include <map>
+#include <memory>
+#include <string>
+
+namespace LmFontEffect {
+
+class FontManager;
+class List;
+class LmFontData;
+class LmPlatformFont;
+
+// State of the font registry. Keys keep a trailing NUL byte: a font key is the name, one
+// character '0' + index and a NUL; a path key is the name and a NUL. The NUL is part of the
+// key so that the two kinds never look alike.
+class LmFontManagerImpl {
+public:
+    explicit LmFontManagerImpl(FontManager* owner) : owner(owner) {}
+    virtual ~LmFontManagerImpl();
+    LmFontManagerImpl(const LmFontManagerImpl&) = delete;
+    LmFontManagerImpl& operator=(const LmFontManagerImpl&) = delete;
+
+    static std::string FontKey(const char* name, int index);
+    static std::string PathKey(const char* name);
+
+    // Fonts keep borrowing their bytes, so buffers are freed only after every font is gone.
+    void ClearFontMaps();
+    void ClearFontFamilies();
+
+    FontManager* owner;
+    // Sizes of the mapped files in units of 1,024,000 bytes (not 2^20: the figure the logs
+    // have always shown).
+    double totalBufferMB = 0.0;
+    std::map<std::string, LmFontData*> fontDataMap;
+    std::map<std::string, std::shared_ptr<LmPlatformFont>> fontMap;
+    List* systemFamilies = nullptr;  // of LmFontFamily*
+    bool systemFamiliesSet = false;
+    // Buffers handed in by callers, by font key: the registered font borrows them.
+    std::map<std::string, LmFontData*> handedBuffers;
+};
+
+} // namespace LmFontEffect
+
+#endif
