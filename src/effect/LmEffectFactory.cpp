@@ -1,6 +1,9 @@
 #include "effect/LmEffect.h"
 
 #include "effect/LmText.h"
+#include "filters/LmInnerShadow.h"
+#include "filters/LmOuterShadow.h"
+#include "filters/LmStroke.h"
 
 // The factory of the effect stack: one layer class per kind. Kinds without a class (9, 13 and
 // anything unknown) give null.
@@ -10,6 +13,9 @@ LmECore* LmEffect::createEffect(int id, int kind)
 {
     LmECore* layer = nullptr;
     switch (kind) {
+    case LM_EFFECT_OUTER_SHADOW: layer = new LmOuterShadow(); break;
+    case LM_EFFECT_INNER_SHADOW: layer = new LmInnerShadow(); break;
+    case LM_EFFECT_STROKE: layer = new LmStroke(); break;
     case LM_EFFECT_TEXT: layer = new LmText(); break;
     default: return nullptr;
     }

@@ -1,0 +1,188 @@
+#include "filters/LmStroke.h"
+
+#include "effect/LmStrokeProperty.h"
+#include "filters/LmMaskBox.h"
+#include "foundation/LmConvert.h"
+#include "raster/LmBitmap.h"
+#include "raster/LmBlender.h"
+
+#include <algorithm>
+#include <climits>
+#include <cmath>
+#include <cstdlib>
+#include <new>
+
+namespace LmFontEffect {
+
+namespace {
+
+// Coverage 0..1 as a byte, rounded.
+unsigned coverageByte(double v)
+{
+    if (!(v > 0.0)) v = 0.0; // NaN too
+    if (v > 1.0) v = 1.0;
+    double scaled = v * 255.0;
+    if (scaled > 255.0) scaled = 255.0;
+    return lmToUnsigned(0.5 + scaled);
+}
+
+// One source pixel's window: every destination byte below 255 takes max(itself, q - t), where
+// t = 255 - a dilates the value a and t = a dilates its inverse.
+inline void applyWindow(unsigned char* topLeft, long dstStride, const unsigned char* kernel, int k, int t)
+{
+    for (int j = 0; j < k; ++j) {
+        unsigned char* d = topLeft + j * dstStride;
+        const unsigned char* q = kernel + (long)j * k;
+        for (int i = 0; i < k; ++i) {
+            if (d[i] == 255) continue;
+            const int c = q[i] - t;
+            if (c > d[i]) d[i] = (unsigned char)c;
+        }
+    }
+}
+
+int dilate(void* argsPtr, bool outside, bool inside)
+{
+    const StrokeDTArgs* a = static_cast<const StrokeDTArgs*>(argsPtr);
+    if (!a || !a->dst || !a->src || !a->kernel || a->kernelSize < 1) return 0;
+    const int k = a->kernelSize;
+    const int n = (k - 1) >> 1;
+    const long dstStride = a->dstStride;
+    // The centre worker keeps the inverse's dilation in the second plane.
+    unsigned char* const insidePlane = a->dst + (outside ? (long)a->planeSize : 0L);
+    for (int y = a->rowBegin; y < a->rowEnd; ++y) {
+        const unsigned char* s = a->src + (long)(a->srcY + y) * a->srcStride + a->srcX;
+        const long windowRow = (long)(a->dstY + y - n) * dstStride;
+        for (int x = 0; x < a->width; ++x) {
+            const int v = s[x];
+            const long window = windowRow + a->dstX + x - n;
+            if (outside && v != 0) applyWindow(a->dst + window, dstStride, a->kernel, k, 255 - v);
+            if (inside && v != 255) applyWindow(insidePlane + window, dstStride, a->kernel, k, v);
+        }
+    }
+    return 0;
+}
+
+} // namespace
+
+int makeCircleKernel(unsigned char** out, float r)
+{
+    const int n = lmToInt(r + 0.5);
+    const int64_t k = 2 * (int64_t)n + 1;
+    if (!out || n < 0 || n > LmStroke::kMaxRadius) return (int)std::max<int64_t>(std::min<int64_t>(k, INT_MAX), 0);
+    unsigned char* kernel = static_cast<unsigned char*>(std::malloc((size_t)(k * k)));
+    if (!kernel) return (int)k;
+    *out = kernel;
+    for (int y = 0; y < k; ++y) {
+        for (int x = 0; x < k; ++x) {
+            const int dy = std::abs(y - n), dx = std::abs(x - n);
+            const float d = sqrtf((float)(dy * dy + dx * dx));
+            // Coverage of a pixel whose centre lies d from the disc's: full inside r, none
+            // beyond r + 1, linear between.
+            kernel[y * k + x] = (unsigned char)coverageByte(r - d + 1.0);
+        }
+    }
+    // Below radius 1 the centre's coverage is the radius itself.
+    kernel[n * k + n] = (unsigned char)coverageByte(r);
+    return (int)k;
+}
+
+int partalDTStrokeOutside(void* args) { return dilate(args, true, false); }
+
+int partalDTStrokeInside(void* args) { return dilate(args, false, true); }
+
+int partalDTStrokeCenter(void* args) { return dilate(args, true, true); }
+
+LmStroke::LmStroke() { style = LM_EFFECT_STROKE; }
+
+LmStroke::~LmStroke()
+{
+    delete property;
+    property = nullptr;
+}
+
+void LmStroke::setProperty(LmProperty* p)
+{
+    const LmStrokeProperty* s = dynamic_cast<const LmStrokeProperty*>(p);
+    if (!s) return;
+    delete property;
+    property = new (std::nothrow) LmStrokeProperty(s->size, s->colour, s->opacity, s->extra, s->position);
+}
+
+LmProperty* LmStroke::getProperty() { return property; }
+
+int LmStroke::getOffset()
+{
+    if (!property) return 0;
+    if (property->position == 1) return lmToInt(property->size + 0.5);
+    if (property->position == 0) return lmToInt(property->size * 0.5 + 0.5);
+    return 0;
+}
+
+int LmStroke::doPostProcessing(ParamPostProcessing* pp)
+{
+    LmMaskBox box;
+    if (!property || !box.take(pp)) return 0;
+    const bool centre = property->position == 0;
+    const float r = centre ? (float)(property->size * 0.5) : property->size;
+
+    unsigned char* kernelBytes = nullptr;
+    const int k = makeCircleKernel(&kernelBytes, r);
+    LmMaskBox::Block<unsigned char> kernel(kernelBytes);
+    if (!kernel) return 0;
+    const int n = k >> 1;
+
+    // The glyphs with an empty pixel on every side, so that windows need no bounds checks.
+    const int64_t W = (int64_t)box.width() + 2, H = (int64_t)box.height() + 2;
+    LmMaskBox::Block<unsigned char> src = LmMaskBox::allocate<unsigned char>(W * H, true);
+    if (!src) return 0;
+    box.copyTo(src.get(), W, 1, 1);
+
+    const int64_t Wo = W + 2 * n, Ho = H + 2 * n, planeSize = Wo * Ho;
+    LmMaskBox::Block<unsigned char> out = LmMaskBox::allocate<unsigned char>((centre ? 2 : 1) * planeSize, true);
+    if (!out) return 0;
+
+    StrokeDTArgs args;
+    args.dst = out.get();
+    args.src = src.get();
+    args.kernel = kernel.get();
+    args.srcStride = (int)W;
+    args.srcHeight = (int)H;
+    args.srcY = 0;
+    args.srcX = 0;
+    args.dstStride = (int)Wo;
+    args.dstHeight = (int)Ho;
+    args.dstY = n;
+    args.dstX = n;
+    args.planeSize = (int)planeSize;
+    args.radius = lmToInt(r);
+    args.kernelSize = k;
+    args.width = (int)W;
+    args.height = (int)H;
+    args.rowBegin = 0;
+    args.rowEnd = (int)H;
+    if (centre)
+        partalDTStrokeCenter(&args);
+    else if (property->position == 1)
+        partalDTStrokeOutside(&args);
+    else
+        partalDTStrokeInside(&args);
+
+    unsigned char* plane0 = out.get();
+    if (centre) {
+        // The band where the grown glyph and the grown inverse overlap: half-width r on both
+        // sides of every edge.
+        const unsigned char* plane1 = plane0 + planeSize;
+        for (int64_t i = 0; i < planeSize; ++i) plane0[i] = std::min(plane0[i], plane1[i]);
+    }
+
+    // Centre strokes follow the stack's mode; outside and inside ones always go under.
+    const int mode = (!centre || pp->compositeMode == 1) ? LME_BLEND_DST_OVER : LME_BLEND_SRC_OVER;
+    const int x = box.left - 1 - n, y = box.top - 1 - n;
+    const unsigned colour = property->colour;
+    LmBlender::drawBitmapBlend8(x, y, pp->target, plane0, (int)Wo, (int)Ho, (int)Wo, colour, mode);
+    if (pp->output) LmBlender::drawBitmapBlend8(x, y, pp->output, plane0, (int)Wo, (int)Ho, (int)Wo, colour, mode);
+    return 1;
+}
+
+} // namespace LmFontEffect
