@@ -82,7 +82,7 @@ public:
     void compositeLayers(LmBitmap* output);
 
     // Concatenated serial forms of every layer's record, in insertion order, zero-terminated.
-    // The caller frees it with delete[]. Null when a layer has no record.
+    // The caller frees it with delete[]. A layer without a record adds nothing.
     char* getMapKey();
     char* getMapKey(unsigned colour);
 

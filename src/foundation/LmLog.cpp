@@ -72,11 +72,13 @@ void LmLog::VPrint(int priority, const char* tag, const char* format, va_list ar
 #ifdef __ANDROID__
     __android_log_vprint(priority, tag ? tag : "", format, args);
 #else
+    std::lock_guard<std::mutex> lock(gLogMutex);
+    if (gThreshold < 0) gThreshold = thresholdFromEnv();
+    // Debug lines sit in per-pixel-row paths: skip the formatting when nobody reads them.
+    if (!gSink && priority < gThreshold) return;
     char message[1024];
     vsnprintf(message, sizeof message, format, args);
-    std::lock_guard<std::mutex> lock(gLogMutex);
     if (gSink) gSink(priority, tag ? tag : "", message, gSinkUser);
-    if (gThreshold < 0) gThreshold = thresholdFromEnv();
     if (priority >= gThreshold)
         fprintf(stderr, "%c/%s: %s\n", priorityLetter(priority), tag ? tag : "", message);
 #endif
