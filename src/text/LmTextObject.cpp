@@ -1,0 +1,438 @@
+#include "text/LmTextObject.h"
+
+#include "effect/LmEffect.h"
+#include "foundation/Error.h"
+#include "foundation/List.h"
+#include "foundation/LmLog.h"
+#include "foundation/LmString.h"
+#include "platform/LmCanvas.h"
+#include "platform/LmLocaleListRegistry.h"
+#include "raster/LmBitmap.h"
+#include "raster/LmBlender.h"
+#include "text/FontManager.h"
+#include "text/LineInfo.h"
+#include "text/LmFontDrawing.h"
+#include "text/LmScriptLocales.h"
+#include "text/LmTextInstanceManager.h"
+#include "text/LmTextObjectImpl.h"
+#include "text/LmView.h"
+
+#include <memory>
+
+namespace LmFontEffect {
+
+namespace {
+
+const char* const kTag = "LmTextObject";
+
+// Fixed site of the missing-impl check of a render, which callers look for in the log.
+const int kRenderSite = 248;
+
+enum TextStyleBits : uint32_t { kBoldBit = 1u << 0, kItalicBit = 1u << 1 };
+
+void reportMissing(int site) { Error::Report(kTag, Error::LM_ERR_NOT_CONSTRUCTED, site); }
+
+} // namespace
+
+LmTextObjectImpl::LmTextObjectImpl(LmTextObject* owner)
+    : owner(owner), fontDrawing(new LmFontDrawing()), effect(new LmEffect()), lineInfo(new List()),
+      view(new LmView())
+{
+    lineInfo->Construct();
+}
+
+LmTextObjectImpl::~LmTextObjectImpl()
+{
+    delete text;
+    ClearLines();
+    delete lineInfo;
+    delete fontDrawing;
+    delete effect;
+    delete resultBitmap;
+    delete view;
+}
+
+void LmTextObjectImpl::ClearLines()
+{
+    if (!lineInfo) return;
+    int count = lineInfo->GetCount();
+    for (int i = 0; i < count; ++i) delete static_cast<LineInfo*>(lineInfo->Get(i));
+    lineInfo->RemoveAll();
+}
+
+void releaseTextObjectCallback(LmTextObject* object)
+{
+    LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "Delete LmTextObject by InstanceManager : %p", (void*)object);
+    delete object;
+}
+
+LmTextObject::LmTextObject() : impl(nullptr)
+{
+    static bool callbackSet = false;
+    if (!callbackSet) {
+        callbackSet = true;
+        LmTextInstanceManager::SetCallBack(releaseTextObjectCallback);
+    }
+    LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "LmTextObject(%p)", (void*)this);
+}
+
+LmTextObject::~LmTextObject()
+{
+    int handle = impl ? impl->runtimeHandle : -1;
+    LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "~LmTextObject(%p / %d)", (void*)this, handle);
+    if (!impl) {
+        reportMissing(__LINE__);
+        return;
+    }
+    LmTextInstanceManager::Unregister(handle);
+    delete impl;
+}
+
+int LmTextObject::Construct()
+{
+    if (impl) {
+        Error::Report(kTag, Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__);
+        return 0;
+    }
+    impl = new LmTextObjectImpl(this);
+    impl->runtimeHandle = LmTextInstanceManager::Register(this);
+    LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "Construct(%p / %d)", (void*)this, impl->runtimeHandle);
+    return 1;
+}
+
+int LmTextObject::GetRuntimeHandle()
+{
+    if (!impl) {
+        reportMissing(__LINE__);
+        return -1;
+    }
+    return impl->runtimeHandle;
+}
+
+LmEffect* LmTextObject::GetEffect()
+{
+    if (!impl) {
+        reportMissing(__LINE__);
+        return nullptr;
+    }
+    return impl->effect;
+}
+
+LmString* LmTextObject::GetText()
+{
+    if (!impl) {
+        reportMissing(__LINE__);
+        return nullptr;
+    }
+    return impl->text;
+}
+
+LmFontDrawing* LmTextObject::GetFont()
+{
+    if (!impl) {
+        reportMissing(__LINE__);
+        return nullptr;
+    }
+    return impl->fontDrawing;
+}
+
+List* LmTextObject::GetLineInfo()
+{
+    if (!impl) {
+        reportMissing(__LINE__);
+        return nullptr;
+    }
+    return impl->lineInfo;
+}
+
+LmView* LmTextObject::GetView()
+{
+    if (!impl) {
+        reportMissing(__LINE__);
+        return nullptr;
+    }
+    return impl->view;
+}
+
+int LmTextObject::SetText(const LmString* text)
+{
+    if (!impl) {
+        reportMissing(__LINE__);
+        return 0;
+    }
+    if (LmLog::IsAllLogEnable())
+        LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "SetText() - %p [%s] strLen=%d", (void*)this,
+                     LmLog::ConvertLog(text), text ? text->GetLength() : 0);
+    if (!text) {
+        delete impl->text;
+        impl->text = nullptr;
+        return 1;
+    }
+    if (!impl->text) {
+        impl->text = new LmString();
+        impl->text->Construct();
+    }
+    if (!impl->text->Set(text)) return 0;
+    SetTextLocaleListId();
+    return 1;
+}
+
+int LmTextObject::SetText(const wchar_t* text)
+{
+    if (!impl) {
+        reportMissing(__LINE__);
+        return 0;
+    }
+    if (!text) {
+        delete impl->text;
+        impl->text = nullptr;
+        return 1;
+    }
+    if (!impl->text) {
+        impl->text = new LmString();
+        impl->text->Construct();
+    }
+    if (!impl->text->Set(text)) return 0;
+    SetTextLocaleListId();
+    return 1;
+}
+
+void LmTextObject::SetTextLocaleListId()
+{
+    if (!impl) {
+        reportMissing(__LINE__);
+        return;
+    }
+    if (!impl->text) {
+        LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "SetTextLocaleListId - text is null.");
+        return;
+    }
+    int size = impl->text->GetUTF16Size();
+    if (size == -1) return;
+    std::unique_ptr<char16_t[]> utf16(impl->text->GetUTF16());
+    if (!utf16) {
+        LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "SetTextLocaleListId - textString is null.");
+        return;
+    }
+    if (size < 1) return;
+    // The size counts the terminator, which is common script and changes no run.
+    for (const std::string& tag : LmScriptLocales::Collect(utf16.get(), size)) {
+        uint32_t id = LmLocaleListRegistry::registerLocaleList(tag.c_str());
+        if (id != 0) FontManager::GetInstance()->LoadMinikinFontFamily(id);
+    }
+}
+
+int LmTextObject::SetFontFamilyName(const char* familyName)
+{
+    if (!impl) {
+        reportMissing(__LINE__);
+        return 0;
+    }
+    if (!familyName) {
+        Error::Report(kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
+        return 0;
+    }
+    LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "SetFontFamilyName(%p) - familyName[%s]", (void*)this, familyName);
+    if (!impl->fontDrawing) impl->fontDrawing = new LmFontDrawing();
+    impl->fontDrawing->SetFontFamilyName(familyName);
+    return 1;
+}
+
+int LmTextObject::SetFont(const char* path)
+{
+    if (!impl) {
+        reportMissing(__LINE__);
+        return 0;
+    }
+    if (!path) {
+        Error::Report(kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
+        return 0;
+    }
+    LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "SetFont(%p) - path[%s]", (void*)this, path);
+    if (!impl->fontDrawing) impl->fontDrawing = new LmFontDrawing();
+    if (!FontManager::GetInstance()->AddMinikinFont(path, nullptr, 0, 0, true)) return 0;
+    impl->fontDrawing->SetFontPath(path);
+    return 1;
+}
+
+int LmTextObject::SetFont(const char* path, char* data, unsigned size)
+{
+    if (!impl) {
+        reportMissing(__LINE__);
+        delete[] data;
+        return 0;
+    }
+    if (!path) {
+        Error::Report(kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
+        delete[] data;
+        return 0;
+    }
+    LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "SetFont2(%p) - path[%s] - size: %d", (void*)this, path, (int)size);
+    if (!impl->fontDrawing) impl->fontDrawing = new LmFontDrawing();
+    if (!FontManager::GetInstance()->AddMinikinFont(path, data, size, 0, true)) return 0;
+    impl->fontDrawing->SetFontPath(path);
+    return 1;
+}
+
+int LmTextObject::SetLineInfo(const List* lines)
+{
+    if (!impl) {
+        reportMissing(__LINE__);
+        return 0;
+    }
+    if (!lines) {
+        LmLog::Print(LmLog::LM_PRIO_ERROR, kTag, "SetLineInfo - lineInfo is NULL");
+        Error::Report(kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
+        return 0;
+    }
+    if (!impl->lineInfo) {
+        LmLog::Print(LmLog::LM_PRIO_ERROR, kTag, "SetLineInfo - M->lineInfo is NULL");
+        reportMissing(__LINE__);
+        return 0;
+    }
+    impl->ClearLines();
+    if (lines->GetCount() > 0) return impl->lineInfo->Add(lines) ? 1 : 0;
+    return 1;
+}
+
+int LmTextObject::SetTextStyle(bool bold, bool italic)
+{
+    if (!impl) {
+        reportMissing(__LINE__);
+        return 0;
+    }
+    uint32_t style = impl->textStyle & ~(uint32_t)(kBoldBit | kItalicBit);
+    if (bold) style |= kBoldBit;
+    if (italic) style |= kItalicBit;
+    impl->textStyle = style;
+    return 1;
+}
+
+bool LmTextObject::isBoldTextStyle()
+{
+    if (!impl) {
+        reportMissing(__LINE__);
+        return false;
+    }
+    return (impl->textStyle & kBoldBit) != 0;
+}
+
+bool LmTextObject::isItalicTextStyle()
+{
+    if (!impl) {
+        reportMissing(__LINE__);
+        return false;
+    }
+    return (impl->textStyle & kItalicBit) != 0;
+}
+
+void LmTextObject::SetPaint(LmPaint& paint)
+{
+    if (!impl) {
+        reportMissing(__LINE__);
+        return;
+    }
+    impl->paint = paint;
+}
+
+LmPaint LmTextObject::GetPaint()
+{
+    if (!impl) {
+        reportMissing(__LINE__);
+        return LmPaint();
+    }
+    return impl->paint;
+}
+
+void LmTextObject::SetBackgroundColor(uint32_t color, bool enabled)
+{
+    if (!impl) {
+        reportMissing(__LINE__);
+        return;
+    }
+    impl->backgroundColor = color;
+    impl->backgroundEnabled = enabled;
+}
+
+void LmTextObject::SetTextColor(uint32_t color)
+{
+    if (!impl) {
+        reportMissing(__LINE__);
+        return;
+    }
+    impl->textColor = color;
+}
+
+uint32_t LmTextObject::GetTextColor()
+{
+    if (!impl) {
+        reportMissing(__LINE__);
+        return 0xFF000000u;
+    }
+    return impl->textColor;
+}
+
+uint32_t* LmTextObject::RenderTextEffect(int width, int height)
+{
+    if (!impl) {
+        reportMissing(kRenderSite);
+        return nullptr;
+    }
+    LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "RenderTextEffect(%p / %d) >>> Start! - (w=%d,h=%d)", (void*)this,
+                 impl->runtimeHandle, width, height);
+    // A negative size draws nothing rather than becoming a huge unsigned one.
+    unsigned w = width > 0 ? (unsigned)width : 0;
+    unsigned h = height > 0 ? (unsigned)height : 0;
+
+    LmBitmap* composite = new LmBitmap(w, h, 4);
+    if (!impl->fontDrawing) {
+        reportMissing(__LINE__);
+        delete composite;
+        return impl->resultBitmap ? reinterpret_cast<uint32_t*>(impl->resultBitmap->pixels) : nullptr;
+    }
+    impl->fontDrawing->DrawTextEffect(this, composite);
+
+    LmBitmap* output = new LmBitmap(w, h, 4);
+    if (output->pixels) {
+        LmCanvas canvas(output->pixels, (int)w, (int)h);
+        canvas.clear();
+
+        // The side the text is pulled toward keeps no padding; the other sides are inset.
+        LmView* view = impl->view;
+        int horizontal = view->gravity & LmView::kHorizontalMask;
+        int vertical = view->gravity & LmView::kVerticalMask;
+        float left = horizontal == LmView::kLeft ? 0.0f : (float)view->GetPaddingLeft();
+        float right = horizontal == LmView::kRight ? (float)w : (float)w - (float)view->GetPaddingRight();
+        float top = vertical == LmView::kTop ? 0.0f : (float)view->GetPaddingTop();
+        float bottom = vertical == LmView::kBottom ? (float)h : (float)h - (float)view->GetPaddingBottom();
+        canvas.clipRect(left, top, right, bottom);
+
+        if (impl->backgroundEnabled) {
+            int count = impl->lineInfo ? impl->lineInfo->GetCount() : 0;
+            for (int i = 0; i < count; ++i) {
+                const LineInfo* line = static_cast<const LineInfo*>(impl->lineInfo->Get(i));
+                if (!line) continue;
+                canvas.drawRect((float)line->bounds.left, (float)line->bounds.top, (float)line->bounds.right,
+                                (float)line->bounds.bottom, impl->backgroundColor);
+            }
+        }
+
+        // The stack leaves R, G, B, A bytes; Java reads each pixel as one ARGB int, which is
+        // B, G, R, A in little-endian memory.
+        LmBlender::convertBGRAToARGB(output);
+        if (composite->pixels) {
+            LmBlender::convertBGRAToARGB(composite);
+            canvas.drawImage(composite->pixels, (int)w, (int)h, 0, 0);
+        }
+    }
+
+    delete composite;
+    delete impl->resultBitmap;
+    impl->resultBitmap = output;
+    LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "RenderTextEffect(%p / %d) <<< End.", (void*)this, impl->runtimeHandle);
+    return reinterpret_cast<uint32_t*>(output->pixels);
+}
+
+LmTextObject* LmTextObject::FindLmTextObject(int handle) { return LmTextInstanceManager::FindLmTextObject(handle); }
+
+} // namespace LmFontEffect
