@@ -1,11 +1,602 @@
 #include "foundation/List.h"
 
+#include "foundation/Error.h"
+
+#include <cstdint>
+#include <new>
+
 namespace LmFontEffect {
 
+namespace {
+
+const char* const kTag = "Lm_List";
+const int kMaxTraversals = 10;
+// Index left behind when the remembered position is dropped; only the null node matters.
+const int32_t kNoIndex = -999999999;
+
+void fail(unsigned long code, int site) { Error::Report(kTag, code, site); }
+
+struct ListNode {
+    ListNode* prev;
+    ListNode* next;
+    void* data;
+};
+
+// What a traversal handle points to: the node the traversal stands on, or null.
+struct ListCell {
+    ListNode* node;
+};
+
+} // namespace
+
 struct ListImpl {
+    ListNode* head = nullptr;
+    ListNode* tail = nullptr;
+    ListNode* cursor = nullptr; // last node visited by a walk
+    int32_t spare = 0;
+    ListNode* nextToFree = nullptr;
+    int32_t spare2 = 0;
+    int32_t count = 0;
+    int32_t openTraversals = 0;
+    ListCell** traversals = nullptr; // kMaxTraversals slots
+    int32_t cachedIndex = -1;
+    ListNode* cachedNode = nullptr; // remembered position, null when there is none
+
+    void remember(int32_t index, ListNode* node)
+    {
+        cachedIndex = index;
+        cachedNode = node;
+    }
+
+    void forget() { remember(kNoIndex, nullptr); }
+
+    ListNode* walkFromHead(int i)
+    {
+        ListNode* n = head;
+        for (int k = 0; k < i && n; ++k) n = n->next;
+        cursor = n;
+        return n;
+    }
+
+    // Several traversals share the one remembered position, so its index can drift from
+    // its node; a walk that runs off the list falls back to counting from the head.
+    ListNode* walkFrom(ListNode* from, int steps, bool forward, int i)
+    {
+        ListNode* n = from;
+        for (int k = 0; k < steps && n; ++k) n = forward ? n->next : n->prev;
+        if (!n) return walkFromHead(i);
+        cursor = n;
+        return n;
+    }
+
+    // The look-up of Get: leaves the remembered position alone.
+    ListNode* nodeForGet(int i)
+    {
+        if (!cachedNode) return walkFromHead(i);
+        if (cachedIndex >= i) return walkFrom(cachedNode, cachedIndex - i, false, i);
+        return walkFrom(cachedNode, i - cachedIndex, true, i);
+    }
+
+    // The look-up of Move, Insert and Remove: the remembered position follows, if there is one.
+    ListNode* nodeForMove(int i)
+    {
+        if (!cachedNode) return walkFromHead(i);
+        ListNode* n;
+        if (cachedIndex <= i)
+            n = walkFrom(cachedNode, i - cachedIndex, true, i);
+        else if (i <= cachedIndex / 2)
+            n = walkFromHead(i);
+        else
+            n = walkFrom(cachedNode, cachedIndex - i, false, i);
+        remember(i, n);
+        return n;
+    }
+
+    // Searches from the remembered position to the end, then from the head up to it.
+    ListNode* search(void* data, int* index)
+    {
+        ListNode* start = cachedNode ? cachedNode : head;
+        int k = cachedNode ? cachedIndex : 0;
+        for (ListNode* n = start; n; n = n->next, ++k) {
+            if (n->data == data) {
+                cursor = n;
+                *index = k;
+                return n;
+            }
+        }
+        if (!cachedNode) return nullptr;
+        k = 0;
+        for (ListNode* n = head; n && n != cachedNode; n = n->next, ++k) {
+            if (n->data == data) {
+                cursor = n;
+                *index = k;
+                return n;
+            }
+        }
+        return nullptr;
+    }
+
+    int slotOf(long h) const
+    {
+        for (int k = 0; k < kMaxTraversals; ++k)
+            if (traversals[k] && (long)(intptr_t)traversals[k] == h) return k;
+        return -1;
+    }
+
+    ListCell* cellOf(long h) const
+    {
+        int slot = slotOf(h);
+        return slot < 0 ? nullptr : traversals[slot];
+    }
+
+    void append(ListNode* node)
+    {
+        node->prev = tail;
+        node->next = nullptr;
+        if (tail)
+            tail->next = node;
+        else
+            head = node;
+        tail = node;
+        if (count == 0) remember(0, node);
+        ++count;
+    }
+
+    void unlinkAndFree(ListNode* node, int index)
+    {
+        for (int k = 0; k < kMaxTraversals; ++k) {
+            if (traversals[k] && traversals[k]->node == node) {
+                traversals[k]->node = node->next;
+                break;
+            }
+        }
+        ListNode* prev = node->prev;
+        ListNode* next = node->next;
+        if (prev)
+            prev->next = next;
+        else
+            head = next;
+        if (next)
+            next->prev = prev;
+        else
+            tail = prev;
+        if (cursor == node) cursor = nullptr;
+        if (cachedNode == node) {
+            if (cachedIndex == 0)
+                remember(0, next);
+            else
+                remember(cachedIndex - 1, prev);
+        } else if (index < cachedIndex) {
+            --cachedIndex;
+        }
+        delete node;
+        --count;
+    }
+
+    void freeNodes()
+    {
+        for (ListNode* n = head; n; n = nextToFree) {
+            nextToFree = n->next;
+            delete n;
+        }
+        nextToFree = nullptr;
+        head = tail = cursor = nullptr;
+        count = 0;
+    }
 };
 
 List::List() : mImpl(nullptr) {}
-List::~List() { delete mImpl; }
+
+List::~List()
+{
+    if (!mImpl) return;
+    mImpl->freeNodes();
+    for (int k = 0; k < kMaxTraversals; ++k) delete mImpl->traversals[k];
+    delete[] mImpl->traversals;
+    delete mImpl;
+}
+
+bool List::Construct()
+{
+    if (mImpl) {
+        fail(Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__);
+        return false;
+    }
+    ListImpl* impl = new (std::nothrow) ListImpl;
+    ListCell** slots = new (std::nothrow) ListCell*[kMaxTraversals]();
+    if (!impl || !slots) {
+        delete impl;
+        delete[] slots;
+        return false;
+    }
+    impl->traversals = slots;
+    mImpl = impl;
+    return true;
+}
+
+bool List::Construct(const List* other)
+{
+    if (mImpl) {
+        fail(Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__);
+        return false;
+    }
+    if (!other) {
+        fail(Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
+        return false;
+    }
+    return Construct() && Add(other);
+}
+
+bool List::Construct(void** items, int n)
+{
+    if (mImpl) {
+        fail(Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__);
+        return false;
+    }
+    if (!items || n < 0) {
+        fail(Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
+        return false;
+    }
+    if (!Construct()) return false;
+    for (int k = 0; k < n; ++k)
+        if (!Add(items[k])) return false;
+    return true;
+}
+
+bool List::Add(void* data)
+{
+    if (!mImpl) {
+        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
+        return false;
+    }
+    ListNode* node = new (std::nothrow) ListNode{nullptr, nullptr, data};
+    if (!node) return false;
+    mImpl->append(node);
+    return true;
+}
+
+bool List::Add(const List* other)
+{
+    if (!mImpl) {
+        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
+        return false;
+    }
+    if (!other) {
+        fail(Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
+        return false;
+    }
+    if (!other->mImpl || other->mImpl->count == 0) return true;
+    // Traversing changes only the other list's bookkeeping, never its items. The count is
+    // taken first so that adding a list to itself ends.
+    List* source = const_cast<List*>(other);
+    const int n = source->mImpl->count;
+    long h = source->BeginTraversal();
+    for (int k = 0; k < n; ++k) {
+        void* data = (h == -1) ? source->Get(k) : source->GetData(h);
+        if (!Add(data)) break;
+        if (h != -1) source->NextData(h);
+    }
+    source->EndTraversal(h);
+    return true;
+}
+
+bool List::Insert(void* data, int i)
+{
+    if (!mImpl) {
+        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
+        return false;
+    }
+    if (i < 0) {
+        fail(Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
+        return false;
+    }
+    // Any index past the end appends (deliberate).
+    if (i >= mImpl->count) return Add(data);
+    ListNode* at = mImpl->nodeForMove(i);
+    ListNode* node = new (std::nothrow) ListNode{at->prev, at, data};
+    if (!node) return false;
+    if (at->prev)
+        at->prev->next = node;
+    else
+        mImpl->head = node;
+    at->prev = node;
+    if (mImpl->cachedIndex >= i) ++mImpl->cachedIndex;
+    ++mImpl->count;
+    return true;
+}
+
+bool List::Remove(void* data)
+{
+    if (!mImpl) {
+        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
+        return false;
+    }
+    if (!data || mImpl->count == 0) {
+        fail(Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
+        return false;
+    }
+    int index = 0;
+    for (ListNode* n = mImpl->head; n; n = n->next, ++index) {
+        if (n->data == data) {
+            mImpl->unlinkAndFree(n, index);
+            break;
+        }
+    }
+    return true;
+}
+
+bool List::Remove(int i)
+{
+    if (!mImpl) {
+        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
+        return false;
+    }
+    if (i < 0 || i >= mImpl->count) {
+        fail(Error::LM_ERR_OUT_OF_RANGE, __LINE__);
+        return false;
+    }
+    mImpl->unlinkAndFree(mImpl->nodeForMove(i), i);
+    return true;
+}
+
+bool List::Remove(int i, int n)
+{
+    if (!mImpl) {
+        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
+        return false;
+    }
+    if (i < 0 || i >= mImpl->count || n < 0 || n > mImpl->count) {
+        fail(Error::LM_ERR_OUT_OF_RANGE, __LINE__);
+        return false;
+    }
+    // Items past the end are not an error for the call as a whole.
+    for (int k = 0; k < n; ++k)
+        if (!Remove(i)) break;
+    return true;
+}
+
+bool List::RemoveAll()
+{
+    if (!mImpl) {
+        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
+        return false;
+    }
+    if (mImpl->count == 0) return true;
+    mImpl->freeNodes();
+    for (int k = 0; k < kMaxTraversals; ++k)
+        if (mImpl->traversals[k]) mImpl->traversals[k]->node = nullptr;
+    mImpl->forget();
+    return true;
+}
+
+int List::GetCount() const
+{
+    if (!mImpl) {
+        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
+        return -1;
+    }
+    return mImpl->count;
+}
+
+void* List::Get(int i) const
+{
+    if (!mImpl) {
+        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
+        return nullptr;
+    }
+    if (i < 0 || i >= mImpl->count) {
+        fail(Error::LM_ERR_OUT_OF_RANGE, __LINE__);
+        return nullptr;
+    }
+    ListNode* n = mImpl->nodeForGet(i);
+    return n ? n->data : nullptr;
+}
+
+int List::GetIndex(void* data) const
+{
+    // A null pointer reports "not constructed" too (deliberate).
+    if (!mImpl || !data) {
+        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
+        return -1;
+    }
+    int index = -1;
+    return mImpl->search(data, &index) ? index : -1;
+}
+
+bool List::IsContained(void* data) const
+{
+    if (!mImpl) {
+        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
+        return false;
+    }
+    if (!data) {
+        fail(Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
+        return false;
+    }
+    int index = -1;
+    return mImpl->search(data, &index) != nullptr;
+}
+
+bool List::IsContained(const List* other) const
+{
+    if (!mImpl) {
+        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
+        return false;
+    }
+    if (!other) {
+        fail(Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
+        return false;
+    }
+    if (!other->mImpl || other->mImpl->count == 0) return true;
+    List* source = const_cast<List*>(other);
+    const int n = source->mImpl->count;
+    long h = source->BeginTraversal();
+    bool all = true;
+    for (int k = 0; k < n && all; ++k) {
+        void* data = (h == -1) ? source->Get(k) : source->GetData(h);
+        all = IsContained(data);
+        if (h != -1) source->NextData(h);
+    }
+    source->EndTraversal(h);
+    return all;
+}
+
+long List::BeginTraversal()
+{
+    if (!mImpl) {
+        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
+        return -1;
+    }
+    if (mImpl->openTraversals >= kMaxTraversals) {
+        fail(Error::LM_ERR_TOO_MANY_TRAVERSALS, __LINE__);
+        return -1;
+    }
+    int slot = 0;
+    while (mImpl->traversals[slot]) ++slot; // a free slot exists while fewer than 10 are open
+    ListCell* cell = new (std::nothrow) ListCell{mImpl->head};
+    if (!cell) return -1;
+    mImpl->traversals[slot] = cell;
+    ++mImpl->openTraversals;
+    mImpl->remember(0, mImpl->head);
+    return (long)(intptr_t)cell;
+}
+
+void* List::GetData(long h) const
+{
+    if (!mImpl) {
+        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
+        return nullptr;
+    }
+    if (h == 0) {
+        fail(Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
+        return nullptr;
+    }
+    ListCell* cell = mImpl->cellOf(h);
+    if (!cell) {
+        fail(Error::LM_ERR_UNKNOWN_HANDLE, __LINE__);
+        return nullptr;
+    }
+    return cell->node ? cell->node->data : nullptr;
+}
+
+namespace {
+
+// Shared by NextData and PrevData.
+bool step(ListImpl* impl, long h, bool forward)
+{
+    if (!impl) {
+        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
+        return false;
+    }
+    if (h == 0) {
+        fail(Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
+        return false;
+    }
+    ListCell* cell = impl->cellOf(h);
+    if (!cell) {
+        fail(Error::LM_ERR_UNKNOWN_HANDLE, __LINE__);
+        return false;
+    }
+    if (!cell->node) {
+        // Past either end: back to the head, whichever the direction.
+        cell->node = impl->head;
+        fail(Error::LM_ERR_UNKNOWN_HANDLE, __LINE__);
+        return false;
+    }
+    cell->node = forward ? cell->node->next : cell->node->prev;
+    if (impl->cachedNode) impl->remember(impl->cachedIndex + (forward ? 1 : -1), cell->node);
+    return true;
+}
+
+} // namespace
+
+bool List::NextData(long h) { return step(mImpl, h, true); }
+
+bool List::PrevData(long h) { return step(mImpl, h, false); }
+
+bool List::Move(long* h, int i)
+{
+    if (!mImpl) {
+        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
+        return false;
+    }
+    if (!h) {
+        fail(Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
+        return false;
+    }
+    if (i < 0 || i >= mImpl->count) {
+        fail(Error::LM_ERR_OUT_OF_RANGE, __LINE__);
+        return false;
+    }
+    ListCell* cell = mImpl->cellOf(*h);
+    if (!cell) {
+        fail(Error::LM_ERR_UNKNOWN_HANDLE, __LINE__);
+        return false;
+    }
+    cell->node = mImpl->nodeForMove(i);
+    return true;
+}
+
+bool List::MoveFirst(long* h)
+{
+    if (!mImpl) {
+        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
+        return false;
+    }
+    if (!h) {
+        fail(Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
+        return false;
+    }
+    ListCell* cell = mImpl->cellOf(*h);
+    if (!cell) {
+        fail(Error::LM_ERR_UNKNOWN_HANDLE, __LINE__);
+        return false;
+    }
+    cell->node = mImpl->head;
+    mImpl->remember(0, mImpl->head);
+    return true;
+}
+
+bool List::MoveLast(long* h)
+{
+    if (!mImpl) {
+        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
+        return false;
+    }
+    if (!h) {
+        fail(Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
+        return false;
+    }
+    ListCell* cell = mImpl->cellOf(*h);
+    if (!cell) {
+        fail(Error::LM_ERR_UNKNOWN_HANDLE, __LINE__);
+        return false;
+    }
+    cell->node = mImpl->tail;
+    mImpl->remember(mImpl->count - 1, mImpl->tail);
+    return true;
+}
+
+bool List::EndTraversal(long h)
+{
+    if (!mImpl) {
+        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
+        return false;
+    }
+    if (h == 0) {
+        fail(Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
+        return false;
+    }
+    // Only registered cells are freed: -1 from a failed BeginTraversal, or any foreign
+    // value, frees nothing.
+    int slot = mImpl->slotOf(h);
+    if (slot >= 0) {
+        delete mImpl->traversals[slot];
+        mImpl->traversals[slot] = nullptr;
+        --mImpl->openTraversals;
+    }
+    mImpl->forget();
+    return true;
+}
 
 } // namespace LmFontEffect
