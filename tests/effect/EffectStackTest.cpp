@@ -1,0 +1,351 @@
+#include "effect/LmECore.h"
+#include "effect/LmECoreBase.h"
+#include "effect/LmEffect.h"
+#include "effect/LmGlyph.h"
+#include "effect/LmOuterShadowProperty.h"
+#include "effect/LmStrokeProperty.h"
+#include "effect/LmText.h"
+#include "effect/LmTextProperty.h"
+#include "raster/LmBitmap.h"
+#include "support/TestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
+
+using namespace LmFontEffect;
+
+namespace {
+
+std::vector<int> kinds(const std::vector<LmECore*>& layers)
+{
+    std::vector<int> out;
+    for (LmECore* l : layers) out.push_back(l->getStyle());
+    return out;
+}
+
+const unsigned char* px(const LmBitmap& b, unsigned x, unsigned y) { return b.pixels + (y * b.width + x) * 4; }
+
+} // namespace
+
+TEST(LmEffect, AddingAKindTwiceReplacesItsParametersInPlace)
+{
+    LmEffect e;
+    int first = e.addStrokeText(4, 0xFF000000u, 1, 0, 1);
+    ASSERT_GE(first, 0);
+    e.addOuterShadowText(0, 0, 3, 0xFF000000u, 1);
+    int again = e.addStrokeText(7, 0xFFFF0000u, 1, 0, 1);
+    EXPECT_EQ(first, again);
+    ASSERT_EQ(2u, e.getLayers().size());
+    EXPECT_EQ(LM_EFFECT_STROKE, e.getLayers()[0]->getStyle());
+    auto* p = dynamic_cast<LmStrokeProperty*>(e.getEffect(LM_EFFECT_STROKE)->getProperty());
+    ASSERT_NE(nullptr, p);
+    EXPECT_EQ(7.0f, p->size);
+    EXPECT_EQ(0xFFFF0000u, p->colour);
+}
+
+TEST(LmEffect, IdsCountUpAndAreNotReusedUntilRelease)
+{
+    LmEffect e;
+    EXPECT_EQ(0, e.addText(0xFF000000u));
+    EXPECT_EQ(1, e.addStrokeText(1, 0, 1, 0, 1));
+    EXPECT_EQ(2, e.addOuterShadowText(0, 0, 0, 0, 1));
+    EXPECT_TRUE(e.removeEffect(1));
+    EXPECT_FALSE(e.removeEffect(1));
+    EXPECT_EQ(3, e.addStrokeText(1, 0, 1, 0, 1));
+    e.releaseEffect();
+    EXPECT_TRUE(e.getLayers().empty());
+    EXPECT_EQ(0, e.addText(0xFF000000u));
+
+    // Copies keep the ids and parameters of the original.
+    LmEffect copy(e);
+    ASSERT_EQ(1u, copy.getLayers().size());
+    EXPECT_EQ(0, copy.getLayers()[0]->getId());
+    EXPECT_EQ(1, copy.addStrokeText(1, 0, 1, 0, 1));
+}
+
+TEST(LmEffect, FactoryKnowsOnlyKindsWithALayerClass)
+{
+    LmEffect e;
+    for (int kind : {0, 9, 13, 14, -1, 1000}) EXPECT_EQ(nullptr, e.createEffect(-1, kind)) << kind;
+    EXPECT_EQ(-1, e.addEffect(9, nullptr));
+    std::unique_ptr<LmECore> text(e.createEffect(42, LM_EFFECT_TEXT));
+    ASSERT_NE(nullptr, text);
+    EXPECT_EQ(42, text->getId());
+}
+
+TEST(LmEffect, AddOperationsClampTheirArguments)
+{
+    LmEffect e;
+    e.addStrokeText(250, 0xFF102030u, 1, 0, 1);
+    auto stroke = [&] { return dynamic_cast<LmStrokeProperty*>(e.getEffect(LM_EFFECT_STROKE)->getProperty()); };
+    EXPECT_EQ(100.0f, stroke()->size);
+    e.addStrokeText(-3, 0, 1, 0, 1);
+    EXPECT_EQ(0.0f, stroke()->size);
+    e.addStrokeText(NAN, 0, NAN, 0, 1);
+    EXPECT_EQ(0.0f, stroke()->size);
+    EXPECT_EQ(0.0f, stroke()->opacity);
+    EXPECT_EQ(0u, stroke()->colour);
+    e.addStrokeText(INFINITY, 0, 1, 0, 1);
+    EXPECT_EQ(100.0f, stroke()->size);
+
+    // Premultiplied colour: each channel (alpha * (c + 1)) >> 8 with alpha (unsigned)(0.5 + o * 255).
+    e.addStrokeText(2, 0x00FF8040u, 0.7f, 0, 1);
+    EXPECT_EQ((179u << 24) | (179u << 16) | (((179u * 129) >> 8) << 8) | ((179u * 65) >> 8), stroke()->colour);
+
+    auto shadow = [&] { return dynamic_cast<LmOuterShadowProperty*>(e.getEffect(LM_EFFECT_OUTER_SHADOW)->getProperty()); };
+    e.addOuterShadowText(-30, 5, 3, 0, 1);
+    EXPECT_EQ(330.0f, shadow()->angle);
+    e.addOuterShadowText(725.9f, 5, 3, 0, 1);
+    EXPECT_EQ(5.0f, shadow()->angle);
+    e.addOuterShadowText(NAN, -1e30f, 1e30f, 0, 2);
+    EXPECT_EQ(0.0f, shadow()->angle);
+    EXPECT_EQ(0.0f, shadow()->distance);
+    EXPECT_EQ(100.0f, shadow()->size);
+    EXPECT_EQ(1.0f, shadow()->opacity);
+}
+
+TEST(LmEffect, OffsetsAreTheMaximumOverLayersPerSide)
+{
+    LmEffect e;
+    EXPECT_EQ(0, e.getLeftOffset());
+    EXPECT_EQ(0, e.getBottomOffset());
+    e.addStrokeText(5, 0, 1, 0, 1);     // 5 on every side
+    e.addOuterShadowText(0, 0, 9, 0, 1); // 9 on every side
+    EXPECT_EQ(9, e.getLeftOffset());
+    EXPECT_EQ(9, e.getRightOffset());
+    EXPECT_EQ(9, e.getTopOffset());
+    EXPECT_EQ(9, e.getBottomOffset());
+    e.addOuterShadowText(0, 20, 2, 0, 1); // 20 px to the left: left 22, right 0
+    EXPECT_EQ(22, e.getLeftOffset());
+    EXPECT_EQ(5, e.getRightOffset());
+}
+
+TEST(LmEffect, DrawOrderInOnePassMode)
+{
+    LmEffect e;
+    e.addOuterShadowText(0, 0, 2, 0xFF000000u, 1);
+    e.addInnerShadowText(0, 0, 2, 0xFF000000u, 1);
+    e.addText(0xFF000000u);
+    e.addStrokeText(2, 0xFF000000u, 1, 0, 1); // outside: under the text
+    e.initEffect(10, 10);
+    EXPECT_EQ(0, e.getCompositeMode());
+    // Over the text latest first, the text, then under the text latest first.
+    EXPECT_EQ((std::vector<int>{2, 12, 10, 1}), kinds(e.getRenderOrder()));
+    EXPECT_EQ(nullptr, e.getUnderBitmap());
+    ASSERT_NE(nullptr, e.getSrcBitmap());
+    EXPECT_EQ(1u, e.getSrcBitmap()->bytesPerPixel);
+}
+
+TEST(LmEffect, DrawOrderInTwoPassMode)
+{
+    LmEffect e;
+    e.addText(0xFF000000u);
+    e.addOuterShadowText(0, 0, 2, 0xFF000000u, 1);
+    e.addStrokeText(2, 0xFF000000u, 1, 0, 0); // centre stroke straddles: two passes
+    e.addInnerShadowText(0, 0, 2, 0xFF000000u, 1);
+    e.initEffect(8, 8);
+    EXPECT_EQ(1, e.getCompositeMode());
+    // Reversed, with the text moved to the end.
+    EXPECT_EQ((std::vector<int>{2, 10, 1, 12}), kinds(e.getRenderOrder()));
+    ASSERT_NE(nullptr, e.getUnderBitmap());
+    EXPECT_EQ(4u, e.getUnderBitmap()->bytesPerPixel);
+
+    // A translucent text alone is enough for two passes.
+    LmEffect t;
+    t.setTextOpacity(0.5f);
+    EXPECT_TRUE(t.hasEffects());
+    t.initEffect(4, 4);
+    EXPECT_EQ(1, t.getCompositeMode());
+    t.setTextOpacity(NAN);
+    EXPECT_EQ(0.0f, t.getTextOpacity());
+    t.clearTextOpacity();
+    EXPECT_FALSE(t.hasEffects());
+}
+
+TEST(LmEffect, PassWithoutGlyphsPostProcessesNothing)
+{
+    LmEffect e;
+    e.addText(0xFF000000u);
+    LmBitmap out(6, 6, 4);
+    LmTest::LogCapture log;
+    e.initEffect(6, 6);
+    e.setDstBitmap(&out);
+    e.renderEffectLayer(0, 0, nullptr);
+    e.doEffectPostProcessing();
+    char self[32];
+    snprintf(self, sizeof self, "%p", (void*)&e);
+    EXPECT_TRUE(log.contains("LmEffect", "DoEffectPostProcessing(" + std::string(self) + ") - end"));
+    LmRect* r = e.getTextRect();
+    EXPECT_FALSE(r->right > r->left && r->bottom > r->top);
+    e.compositeLayers(&out);
+    for (unsigned i = 0; i < 6 * 6 * 4; ++i) ASSERT_EQ(0, out.pixels[i]);
+}
+
+TEST(LmEffect, OnePassTextIsPaintedAndUnpremultiplied)
+{
+    LmEffect e;
+    e.addText(0xFFFF0000u); // opaque red
+    LmBitmap out(4, 2, 4);
+    unsigned char cov[4] = {255, 128, 0, 255};
+    LmGlyph g;
+    g.pixels = cov;
+    g.width = 2;
+    g.height = 2;
+    e.initEffect(4, 2);
+    e.setDstBitmap(&out);
+    e.renderEffectLayer(1, 0, &g);
+    EXPECT_EQ(1, e.getTextRect()->left);
+    EXPECT_EQ(3, e.getTextRect()->right);
+    e.doEffectPostProcessing();
+    e.compositeLayers(&out);
+    // Red stays red: byte 0 of the R, G, B, A pixel.
+    EXPECT_EQ(255, px(out, 1, 0)[0]);
+    EXPECT_EQ(0, px(out, 1, 0)[2]);
+    EXPECT_EQ(255, px(out, 1, 0)[3]);
+    // Half coverage: premultiplied (128, 0, 0, 128) comes out as (255, 0, 0, 128).
+    EXPECT_EQ(128, px(out, 2, 0)[3]);
+    EXPECT_EQ(255, px(out, 2, 0)[0]);
+    EXPECT_EQ(0, px(out, 0, 0)[3]);
+    EXPECT_EQ(nullptr, e.getSrcBitmap()); // the pass's images are gone
+}
+
+TEST(LmEffect, UnpremultiplyWithOverallAlpha)
+{
+    // A premultiplied pixel (c 64, A 128) with text alpha 255 leaves as (128, 128).
+    LmEffect e;
+    LmBitmap out(1, 1, 4);
+    const unsigned char in[4] = {64, 64, 64, 128};
+    std::memcpy(out.pixels, in, 4);
+    e.initEffect(1, 1);
+    e.compositeLayers(&out);
+    EXPECT_EQ(128, out.pixels[0]);
+    EXPECT_EQ(128, out.pixels[3]);
+
+    // With a text colour of alpha 0x80 the overall alpha halves, and tiny alphas clear the colour.
+    LmEffect half;
+    half.addText(0x80FFFFFFu);
+    EXPECT_EQ(0x80, half.getTextAlpha());
+    const unsigned char in2[8] = {200, 100, 0, 255, 1, 1, 1, 0};
+    LmBitmap out2(2, 1, 4);
+    std::memcpy(out2.pixels, in2, 8);
+    half.initEffect(2, 1);
+    half.compositeLayers(&out2);
+    EXPECT_EQ((128u * 256) >> 8, out2.pixels[3]);
+    EXPECT_EQ(((128u * 201) & 0xFF00) / 128, out2.pixels[0]);
+    EXPECT_EQ(0, out2.pixels[4 + 3]);
+    EXPECT_EQ(0, out2.pixels[4]);
+}
+
+TEST(LmEffect, TwoPassMergeThroughTheMask)
+{
+    LmEffect e;
+    e.setTextOpacity(0.5f);
+    e.addText(0xFF0000FFu, 0.5f); // blue at half opacity, drawn on/off in two-pass mode
+    LmBitmap out(3, 1, 4);
+    unsigned char cov[3] = {255, 100, 0};
+    LmGlyph g;
+    g.pixels = cov;
+    g.width = 3;
+    g.height = 1;
+    e.initEffect(3, 1);
+    ASSERT_EQ(1, e.getCompositeMode());
+    // Paint the under-image by hand: opaque green.
+    LmBitmap* under = e.getUnderBitmap();
+    for (int i = 0; i < 3; ++i) {
+        under->pixels[4 * i + 1] = 255;
+        under->pixels[4 * i + 3] = 255;
+    }
+    e.setDstBitmap(&out);
+    e.renderEffectLayer(0, 0, &g);
+    e.doEffectPostProcessing();
+    // Text layer with mode 3 writes the full premultiplied colour wherever coverage is non-zero.
+    const unsigned textAlpha = 128; // (unsigned)(0.5 + 0.5 * 255)
+    EXPECT_EQ(textAlpha, px(out, 1, 0)[3]);
+    e.compositeLayers(&out);
+    // Full coverage: the output shows; no coverage: the under-image shows.
+    auto merge = [](unsigned m, unsigned u, unsigned o) {
+        return std::min(255u, (((255 - m) * (u + 1)) >> 8) + ((m * (o + 1)) >> 8));
+    };
+    unsigned a0 = merge(255, 255, textAlpha);
+    EXPECT_EQ(a0, px(out, 0, 0)[3]);
+    EXPECT_EQ(255, px(out, 2, 0)[1]);
+    EXPECT_EQ(255, px(out, 2, 0)[3]);
+    unsigned a1 = merge(100, 255, textAlpha);
+    EXPECT_EQ(a1, px(out, 1, 0)[3]);
+}
+
+TEST(LmEffect, KeyFollowsInsertionOrderAndIncludesTheText)
+{
+    LmEffect e;
+    e.addStrokeText(3, 0xFF000000u, 1, 0, 1);
+    e.addOuterShadowText(90, 4, 2, 0xFF000000u, 1);
+    std::unique_ptr<char[]> key(e.getMapKey(0xFF112233u));
+    std::string k(key.get());
+    ASSERT_EQ(12u + 13u + 9u, k.size());
+    EXPECT_EQ('K', k[0]);
+    EXPECT_EQ('S', k[12]);
+    EXPECT_EQ('T', k[25]);
+    EXPECT_EQ(0xFF112233u, e.getTextColor());
+
+    // Same configuration, same key; a changed parameter, another key.
+    LmEffect same;
+    same.addStrokeText(3, 0xFF000000u, 1, 0, 1);
+    same.addOuterShadowText(90, 4, 2, 0xFF000000u, 1);
+    std::unique_ptr<char[]> k2(same.getMapKey(0xFF112233u));
+    EXPECT_STREQ(key.get(), k2.get());
+    same.addStrokeText(4, 0xFF000000u, 1, 0, 1);
+    std::unique_ptr<char[]> k3(same.getMapKey(0xFF112233u));
+    EXPECT_STRNE(key.get(), k3.get());
+
+    std::unique_ptr<char[]> empty(LmEffect().getMapKey());
+    EXPECT_STREQ("", empty.get());
+}
+
+TEST(LmTextLayer, FreshLayerAndPropertyCopy)
+{
+    LmText t;
+    EXPECT_EQ(12, t.getStyle());
+    EXPECT_EQ(-1, t.getId());
+    EXPECT_EQ(0, t.getLeftOffset());
+    EXPECT_EQ(0, t.getBottomOffset());
+    EXPECT_EQ(nullptr, t.getProperty());
+
+    LmBitmap mask(1, 1, 1), target(1, 1, 4);
+    mask.pixels[0] = 255;
+    LmRect rect(0, 0, 1, 1);
+    LmECore::ParamPostProcessing p{&target, &mask, &rect, 0, nullptr};
+    t.doPostProcessing(&p); // no property yet: nothing drawn
+    EXPECT_EQ(0, target.pixels[3]);
+
+    LmStrokeProperty stroke(4, 0xFF00FF00u, 0.25f, 0, 1);
+    t.setProperty(&stroke);
+    auto* copy = dynamic_cast<LmTextProperty*>(t.getProperty());
+    ASSERT_NE(nullptr, copy);
+    EXPECT_EQ(0xFF00FF00u, copy->colour);
+    EXPECT_EQ(0.25f, copy->opacity);
+    t.setProperty(nullptr);
+    EXPECT_EQ(copy, t.getProperty());
+}
+
+TEST(LmTextLayer, TwoPassAndOnePassModesDifferOnEdges)
+{
+    LmText t;
+    LmTextProperty prop(0xFF000000u, 1);
+    t.setProperty(&prop);
+    LmBitmap mask(1, 1, 1);
+    mask.pixels[0] = 100;
+    LmRect rect(0, 0, 1, 1);
+    LmBitmap a(1, 1, 4), b(1, 1, 4);
+    LmECore::ParamPostProcessing one{&a, &mask, &rect, 0, nullptr};
+    LmECore::ParamPostProcessing two{&b, &mask, &rect, 1, nullptr};
+    t.doPostProcessing(&one);
+    t.doPostProcessing(&two);
+    EXPECT_EQ((256u * 100) >> 8, a.pixels[3]);
+    EXPECT_EQ(255, b.pixels[3]);
+}

@@ -1,0 +1,116 @@
+#include "raster/LmBitmap.h"
+#include "raster/LmRect.h"
+#include "raster/LmSqrt.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+
+using namespace LmFontEffect;
+
+TEST(LmBitmap, DefaultAndCopiesOfDefault)
+{
+    LmBitmap empty;
+    EXPECT_EQ(0u, empty.width);
+    EXPECT_EQ(0u, empty.height);
+    EXPECT_EQ(nullptr, empty.pixels);
+    EXPECT_EQ(4u, empty.format);
+    EXPECT_EQ(0u, empty.bytesPerPixel);
+
+    LmBitmap copy(empty);
+    EXPECT_EQ(4u, copy.format);
+    EXPECT_EQ(0u, copy.bytesPerPixel);
+    EXPECT_EQ(nullptr, copy.pixels);
+
+    LmBitmap assigned(3, 3, 4);
+    assigned = empty;
+    EXPECT_EQ(0u, assigned.width);
+    EXPECT_EQ(4u, assigned.format);
+    EXPECT_EQ(nullptr, assigned.pixels);
+}
+
+TEST(LmBitmap, FormatFollowsBytesPerPixelAndBufferIsCleared)
+{
+    LmBitmap rgba(5, 3, 4);
+    EXPECT_EQ(1u, rgba.format);
+    LmBitmap alpha(5, 3, 1);
+    EXPECT_EQ(2u, alpha.format);
+    ASSERT_NE(nullptr, rgba.pixels);
+    for (int i = 0; i < 5 * 3 * 4; ++i) ASSERT_EQ(0, rgba.pixels[i]);
+}
+
+TEST(LmBitmap, CopyFromSourceOwnsItsBytes)
+{
+    unsigned char source[6] = {1, 2, 3, 4, 5, 6};
+    LmBitmap b(3, 2, source, 1);
+    source[0] = 99;
+    EXPECT_EQ(1, b.pixels[0]);
+    EXPECT_EQ(6, b.pixels[5]);
+
+    LmBitmap copy(b);
+    EXPECT_NE(b.pixels, copy.pixels);
+    EXPECT_EQ(0, std::memcmp(b.pixels, copy.pixels, 6));
+    copy = copy; // self-assignment keeps the buffer
+    EXPECT_EQ(6, copy.pixels[5]);
+}
+
+TEST(LmBitmap, CutOutOfEightBitBitmap)
+{
+    LmBitmap src(6, 4, 1);
+    for (unsigned y = 0; y < 4; ++y)
+        for (unsigned x = 0; x < 6; ++x) src.pixels[y * 6 + x] = (unsigned char)(y * 10 + x);
+    LmRect r(2, 1, 5, 3);
+    LmBitmap cut(src, &r);
+    ASSERT_EQ(3u, cut.width);
+    ASSERT_EQ(2u, cut.height);
+    const unsigned char expected[6] = {12, 13, 14, 22, 23, 24};
+    EXPECT_EQ(0, std::memcmp(expected, cut.pixels, 6));
+
+    // A reversed rectangle still has a positive size but copies nothing.
+    LmRect reversed(5, 1, 2, 3);
+    LmBitmap none(src, &reversed);
+    EXPECT_EQ(3u, none.width);
+    for (int i = 0; i < 6; ++i) EXPECT_EQ(0, none.pixels[i]);
+
+    // A rectangle reaching outside the source reads nothing beyond it.
+    LmRect outside(-2, 2, 8, 9);
+    LmBitmap clipped(src, &outside);
+    EXPECT_EQ(10u, clipped.width);
+    EXPECT_EQ(22, clipped.pixels[0 * 10 + 4]);
+}
+
+TEST(LmBitmap, AbsurdSizesFailAsNullPixelsWithoutWrapping)
+{
+    // 70000 x 70000 x 4 wraps to a small number in 32 bits; it must fail, not under-allocate.
+    LmBitmap huge(70000, 70000, 4);
+    EXPECT_EQ(nullptr, huge.pixels);
+    EXPECT_EQ(70000u, huge.width);
+    LmBitmap wrapped(65536, 65536, 1);
+    EXPECT_EQ(nullptr, wrapped.pixels);
+    LmBitmap atCap(1u << 14, 1u << 14, 1);
+    EXPECT_NE(nullptr, atCap.pixels);
+    LmBitmap copyOfFailed(huge);
+    EXPECT_EQ(nullptr, copyOfFailed.pixels);
+
+    LmBitmap zero(0, 10, 4);
+    EXPECT_EQ(0u, zero.width);
+    EXPECT_EQ(0u, LmBitmap::byteSize(0, 10, 4));
+    EXPECT_EQ(0u, LmBitmap::byteSize(0xFFFFFFFFu, 0xFFFFFFFFu, 4));
+}
+
+TEST(LmSqrt, FastSquareRootAndTable)
+{
+    EXPECT_NEAR(2.0f, fsqrt(4.0f), 2.0f * 0.002f);
+    EXPECT_EQ(0.0f, fsqrt(0.0f));
+    for (float v : {0.25f, 2.0f, 10.0f, 5489.0f}) EXPECT_NEAR(std::sqrt(v), fsqrt(v), std::sqrt(v) * 0.002f);
+
+    // Entries are the three-decimal roundings, not the exact roots.
+    EXPECT_EQ(1.414f, LM_INT_SQRT_TABLE[2]);
+    EXPECT_NE(std::sqrt(2.0f), LM_INT_SQRT_TABLE[2]);
+    EXPECT_EQ(1.732f, LM_INT_SQRT_TABLE[3]);
+    EXPECT_EQ(2.236f, LM_INT_SQRT_TABLE[5]);
+    EXPECT_EQ(74.088f, LM_INT_SQRT_TABLE[5489]);
+    EXPECT_EQ(0.0f, LM_INT_SQRT_TABLE[0]);
+    EXPECT_EQ(70.0f, LM_INT_SQRT_TABLE[4900]);
+}
