@@ -41,6 +41,7 @@ public:
     void setAdvance(float advance) { mAdvance = advance; }
     // Grows the bounds by a box already placed relative to the pen origin.
     void joinBounds(const LmGlyphBox& box);
+    void setBounds(const LmGlyphBox& box) { mBounds = box; }
 
 private:
     std::vector<Glyph> mGlyphs;

@@ -9,6 +9,12 @@
 #include <memory>
 #include <mutex>
 
+// Library types kept out of the header (declared here as the libraries declare them).
+struct FT_LibraryRec_;
+struct FT_FaceRec_;
+struct hb_face_t;
+struct hb_font_t;
+
 namespace LmFontEffect {
 
 class LmAlphaCanvas;
@@ -42,15 +48,16 @@ public:
     // Typographic descent at a pixel size: positive (below the baseline).
     float GetDescent(float size) const;
 
-    // Ink box of one glyph drawn with the style, relative to its origin; false when the
-    // glyph has no outline (space, bitmap-only glyph, bad id).
+    // Exact ink box of one glyph drawn with the style, relative to its origin (y down);
+    // false, with an all-zero box, when the glyph has no outline (space, bitmap-only glyph,
+    // bad id) or the style's size is not positive and finite.
     bool GetGlyphBounds(uint32_t glyphId, const LmGlyphStyle& style, LmGlyphBox* box) const;
     // Renders one glyph with its origin at (x, y) (pixels, y down, fractions kept) into the
     // coverage canvas, merging by maximum with what is already there.
     void DrawGlyph(uint32_t glyphId, const LmGlyphStyle& style, float x, float y, LmAlphaCanvas* canvas) const;
 
     // HarfBuzz face of the font (owned by the font, valid while it lives), for shaping.
-    struct hb_face_t* GetHbFace() const { return mHbFace; }
+    hb_face_t* GetHbFace() const { return mHbFace; }
 
 private:
     LmPlatformFont() = default;
@@ -58,9 +65,10 @@ private:
     // false when there is none. Caller holds mMutex.
     bool LoadOutline(uint32_t glyphId, const LmGlyphStyle& style) const;
 
-    struct FT_LibraryRec_* mLibrary = nullptr;
-    struct FT_FaceRec_* mFace = nullptr;
-    struct hb_face_t* mHbFace = nullptr;
+    FT_LibraryRec_* mLibrary = nullptr;
+    FT_FaceRec_* mFace = nullptr;
+    hb_face_t* mHbFace = nullptr;
+    hb_font_t* mHbFont = nullptr;  // immutable, font units: glyph look-ups
     int mWeight = 400;
     bool mItalic = false;
     int mUnitsPerEm = 1000;

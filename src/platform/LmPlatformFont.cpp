@@ -1,0 +1,207 @@
+#include "platform/LmPlatformFont.h"
+
+#include "platform/LmAlphaCanvas.h"
+
+#include <ft2build.h>
+#include FT_FREETYPE_H
+#include FT_OUTLINE_H
+#include FT_BBOX_H
+#include FT_TRUETYPE_TABLES_H
+#include <hb.h>
+
+#include <cmath>
+#include <new>
+
+namespace LmFontEffect {
+
+namespace {
+
+// Beyond this pixel size outlines stop fitting the rasteriser's coordinate range and no
+// line mask could hold a glyph anyway.
+constexpr float kMaxTextSize = 16384.0f;
+
+// Outset of fake bold as a fraction of the text size: thin strokes at small sizes need a
+// relatively larger push to read as bold, so the ratio falls from 1/24 at 9 px to 1/32 at
+// 36 px and stays there.
+float fakeBoldStrength(float size)
+{
+    const float lo = 9.0f, hi = 36.0f;
+    const float ratioLo = 1.0f / 24.0f, ratioHi = 1.0f / 32.0f;
+    float ratio;
+    if (size <= lo) {
+        ratio = ratioLo;
+    } else if (size >= hi) {
+        ratio = ratioHi;
+    } else {
+        ratio = ratioLo + (ratioHi - ratioLo) * (size - lo) / (hi - lo);
+    }
+    return size * ratio;
+}
+
+bool usableStyle(const LmGlyphStyle& style)
+{
+    return std::isfinite(style.size) && style.size > 0.0f && style.size <= kMaxTextSize &&
+           std::isfinite(style.scaleX) && std::fabs(style.scaleX) <= 64.0f && std::isfinite(style.skewX) &&
+           std::fabs(style.skewX) <= 64.0f;
+}
+
+FT_Fixed toFixed(double v) { return (FT_Fixed)std::lround(v * 65536.0); }
+
+struct SpanTarget {
+    LmAlphaCanvas* canvas;
+    int height;
+    bool antiAlias;
+};
+
+// FreeType reports rows bottom-up (y up); the canvas counts rows top-down.
+void mergeSpans(int y, int count, const FT_Span* spans, void* user)
+{
+    SpanTarget* t = static_cast<SpanTarget*>(user);
+    const int row = t->height - 1 - y;
+    for (int i = 0; i < count; i++) {
+        unsigned c = spans[i].coverage;
+        if (!t->antiAlias) c = c >= 128 ? 255 : 0;
+        if (c) t->canvas->mergeSpan(spans[i].x, row, spans[i].len, c);
+    }
+}
+
+} // namespace
+
+std::shared_ptr<LmPlatformFont> LmPlatformFont::MakeFromData(const unsigned char* data, size_t size, int index)
+{
+    // FreeType reads the upper 16 bits of the index as a variation instance and a negative one
+    // as a query: neither is a collection index.
+    if (!data || size == 0 || index < 0 || index > 0xFFFF || size > (size_t)0x7FFFFFFF) return nullptr;
+
+    std::shared_ptr<LmPlatformFont> font(new (std::nothrow) LmPlatformFont());
+    if (!font) return nullptr;
+    if (FT_Init_FreeType(&font->mLibrary) != 0) {
+        font->mLibrary = nullptr;
+        return nullptr;
+    }
+    if (FT_New_Memory_Face(font->mLibrary, data, (FT_Long)size, index, &font->mFace) != 0) {
+        font->mFace = nullptr;
+        return nullptr;
+    }
+    FT_Face face = font->mFace;
+    if (!FT_IS_SCALABLE(face) || face->units_per_EM == 0) return nullptr;
+
+    hb_blob_t* blob = hb_blob_create(reinterpret_cast<const char*>(data), (unsigned)size, HB_MEMORY_MODE_READONLY,
+                                     nullptr, nullptr);
+    font->mHbFace = hb_face_create(blob, (unsigned)index);
+    hb_blob_destroy(blob);
+    font->mHbFont = hb_font_create(font->mHbFace);
+    hb_font_make_immutable(font->mHbFont);
+
+    font->mIndex = index;
+    font->mUnitsPerEm = face->units_per_EM;
+    font->mAscender = face->ascender;
+    font->mDescender = face->descender;
+
+    const TT_OS2* os2 = static_cast<const TT_OS2*>(FT_Get_Sfnt_Table(face, FT_SFNT_OS2));
+    if (os2 && os2->version != 0xFFFF && os2->usWeightClass >= 1 && os2->usWeightClass <= 1000) {
+        font->mWeight = os2->usWeightClass;
+    } else {
+        font->mWeight = (face->style_flags & FT_STYLE_FLAG_BOLD) ? 700 : 400;
+    }
+    // fsSelection bit 9 marks an oblique face, which serves as italic as well.
+    font->mItalic = (face->style_flags & FT_STYLE_FLAG_ITALIC) != 0 ||
+                    (os2 && os2->version != 0xFFFF && (os2->fsSelection & (1u << 9)) != 0);
+    return font;
+}
+
+LmPlatformFont::~LmPlatformFont()
+{
+    if (mHbFont) hb_font_destroy(mHbFont);
+    if (mHbFace) hb_face_destroy(mHbFace);
+    if (mFace) FT_Done_Face(mFace);
+    if (mLibrary) FT_Done_FreeType(mLibrary);
+}
+
+uint32_t LmPlatformFont::GetGlyphId(uint32_t codePoint) const
+{
+    hb_codepoint_t glyph = 0;
+    if (!hb_font_get_nominal_glyph(mHbFont, codePoint, &glyph)) return 0;
+    return glyph;
+}
+
+bool LmPlatformFont::HasGlyph(uint32_t codePoint) const { return GetGlyphId(codePoint) != 0; }
+
+float LmPlatformFont::GetAscent(float size) const
+{
+    if (!std::isfinite(size)) return 0.0f;
+    return -(float)mAscender * size / (float)mUnitsPerEm;
+}
+
+float LmPlatformFont::GetDescent(float size) const
+{
+    if (!std::isfinite(size)) return 0.0f;
+    return -(float)mDescender * size / (float)mUnitsPerEm;
+}
+
+bool LmPlatformFont::LoadOutline(uint32_t glyphId, const LmGlyphStyle& style) const
+{
+    if (!usableStyle(style) || glyphId >= (uint32_t)mFace->num_glyphs) return false;
+    if (FT_Load_Glyph(mFace, glyphId, FT_LOAD_NO_SCALE | FT_LOAD_NO_BITMAP) != 0) return false;
+    FT_GlyphSlot slot = mFace->glyph;
+    if (slot->format != FT_GLYPH_FORMAT_OUTLINE || slot->outline.n_points == 0) return false;
+    FT_Outline* outline = &slot->outline;
+
+    // Font units to 26.6 pixels at the text size, then the outset, then the run's horizontal
+    // scale and skew. In y-up outline space the y-down skew x' = x + k*y reads x' = x - k*y.
+    const double unitsToPixels64 = (double)style.size * 64.0 / (double)mUnitsPerEm;
+    FT_Matrix scale = {toFixed(unitsToPixels64), 0, 0, toFixed(unitsToPixels64)};
+    FT_Outline_Transform(outline, &scale);
+    if (style.embolden) {
+        FT_Pos strength = (FT_Pos)std::lround(fakeBoldStrength(style.size) * 64.0f);
+        FT_Outline_EmboldenXY(outline, strength, strength);
+    }
+    if (style.scaleX != 1.0f || style.skewX != 0.0f) {
+        FT_Matrix shear = {toFixed(style.scaleX), toFixed(-(double)style.skewX), 0, 0x10000};
+        FT_Outline_Transform(outline, &shear);
+    }
+    return true;
+}
+
+bool LmPlatformFont::GetGlyphBounds(uint32_t glyphId, const LmGlyphStyle& style, LmGlyphBox* box) const
+{
+    if (!box) return false;
+    *box = LmGlyphBox();
+    std::lock_guard<std::mutex> lock(mMutex);
+    if (!LoadOutline(glyphId, style)) return false;
+    FT_BBox bb;
+    if (FT_Outline_Get_BBox(&mFace->glyph->outline, &bb) != 0) return false;
+    box->left = (float)bb.xMin / 64.0f;
+    box->right = (float)bb.xMax / 64.0f;
+    box->top = -(float)bb.yMax / 64.0f;
+    box->bottom = -(float)bb.yMin / 64.0f;
+    return !box->empty();
+}
+
+void LmPlatformFont::DrawGlyph(uint32_t glyphId, const LmGlyphStyle& style, float x, float y,
+                               LmAlphaCanvas* canvas) const
+{
+    if (!canvas || !canvas->pixels() || canvas->width() <= 0 || canvas->height() <= 0) return;
+    // Keeps the 26.6 translation far inside the rasteriser's range.
+    if (!std::isfinite(x) || !std::isfinite(y) || std::fabs(x) > 1.0e6f || std::fabs(y) > 1.0e6f) return;
+    std::lock_guard<std::mutex> lock(mMutex);
+    if (!LoadOutline(glyphId, style)) return;
+    FT_Outline* outline = &mFace->glyph->outline;
+    // Origin (x, y) in y-down canvas space is (x, height - y) in the rasteriser's y-up space.
+    const int h = canvas->height();
+    FT_Outline_Translate(outline, (FT_Pos)std::lround((double)x * 64.0), (FT_Pos)std::lround(((double)h - y) * 64.0));
+
+    SpanTarget target{canvas, h, style.antiAlias};
+    FT_Raster_Params params = {};
+    params.source = outline;
+    params.flags = FT_RASTER_FLAG_AA | FT_RASTER_FLAG_DIRECT | FT_RASTER_FLAG_CLIP;
+    params.gray_spans = mergeSpans;
+    params.user = &target;
+    params.clip_box.xMin = 0;
+    params.clip_box.yMin = 0;
+    params.clip_box.xMax = canvas->width();
+    params.clip_box.yMax = h;
+    FT_Outline_Render(mLibrary, outline, &params);
+}
+
+} // namespace LmFontEffect
