@@ -349,3 +349,47 @@ TEST(LmTextLayer, TwoPassAndOnePassModesDifferOnEdges)
     EXPECT_EQ((256u * 100) >> 8, a.pixels[3]);
     EXPECT_EQ(255, b.pixels[3]);
 }
+
+TEST(LmEffect, AbsurdSizesAndMissingPixelsDrawNothing)
+{
+    LmEffect e;
+    e.addText(0xFF000000u);
+    e.addStrokeText(10, 0xFF000000u, 1, 0, 0);
+    e.addOuterShadowText(45, 10, 10, 0xFF000000u, 1);
+    e.addInnerShadowText(45, 10, 10, 0xFF000000u, 1);
+    unsigned char cov[4] = {255, 255, 255, 255};
+    LmGlyph g;
+    g.pixels = cov;
+    g.width = 2;
+    g.height = 2;
+
+    // A mask too large to allocate: every step runs, nothing is drawn, nothing crashes.
+    LmBitmap huge(70000, 70000, 4);
+    e.initEffect(70000, 70000);
+    ASSERT_NE(nullptr, e.getSrcBitmap());
+    EXPECT_EQ(nullptr, e.getSrcBitmap()->pixels);
+    e.setDstBitmap(&huge);
+    e.renderEffectLayer(5, 5, &g);
+    e.doEffectPostProcessing();
+    e.compositeLayers(&huge);
+
+    // Negative sizes become empty images; a glyph without pixels only grows the text box.
+    LmBitmap out(4, 4, 4);
+    e.initEffect(-5, -5);
+    e.setDstBitmap(&out);
+    LmGlyph empty;
+    empty.width = 3;
+    empty.height = 3;
+    e.renderEffectLayer(0, 0, &empty);
+    e.doEffectPostProcessing();
+    e.compositeLayers(&out);
+    for (int i = 0; i < 64; ++i) ASSERT_EQ(0, out.pixels[i]);
+
+    // A glyph placed far outside the output at extreme coordinates.
+    e.initEffect(4, 4);
+    e.setDstBitmap(&out);
+    e.renderEffectLayer(2147483000, -2147483000, &g);
+    e.doEffectPostProcessing();
+    e.compositeLayers(nullptr);
+    for (int i = 0; i < 64; ++i) ASSERT_EQ(0, out.pixels[i]);
+}
