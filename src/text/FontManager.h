@@ -53,6 +53,9 @@ public:
     void ClearFontMaps();
     void ClearFontFamilies();
 
+    // The registry's state, for inspection.
+    LmFontManagerImpl* GetImpl() { return impl; }
+
 private:
     FontManager();
 
