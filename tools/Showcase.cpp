@@ -1,0 +1,139 @@
+#include "Showcase.h"
+
+#include "EffectCatalog.h"
+#include "Scene.h"
+#include "SceneRenderer.h"
+#include "ToolError.h"
+
+#include <algorithm>
+
+namespace LmTextTool {
+
+namespace {
+
+const unsigned kPageColour = 0xFFFFFFFFu;
+const unsigned kCellColour = 0xFFEEF1F5u;
+const unsigned kLabelColour = 0xFF333A44u;
+const int kGap = 16;
+const int kCellPadding = 18;
+const int kLabelGap = 10;
+
+// The look of each kind in the showcase: its parameters and the text colour under it.
+struct Look {
+    const char* effect;
+    const char* params;
+    unsigned textColour;
+};
+
+const Look kLooks[] = {
+    {"stroke", "size=4,color=#1D2B64,position=outside", 0xFFFFFFFFu},
+    {"outer-shadow", "angle=120,distance=6,size=6,color=#000000,opacity=0.6", 0xFF2B59C3u},
+    {"inner-shadow", "angle=120,distance=4,size=4,color=#000000,opacity=0.8", 0xFF7FA7F5u},
+    {"outer-glow", "size=12,color=#FFB000,opacity=1", 0xFF5A2D0Cu},
+    {"inner-glow", "size=8,color=#FFF4A0,opacity=1", 0xFFD9480Fu},
+    {"linear-gradient", "angle=90,stops=#FF5F6D@0+#FFC371@1", 0xFF000000u},
+    {"radial-gradient", "scale=1,stops=#FFF6B7@0+#F6416C@1", 0xFF000000u},
+    {"pattern", "image=stripes,scale=1", 0xFF000000u},
+    {"bevel", "style=inner,size=6,depth=3,angle=120,altitude=30", 0xFF3C78D8u},
+    {"emboss", "style=emboss,size=6,depth=3,angle=120,altitude=30", 0xFF3C78D8u},
+};
+
+Scene baseScene(const Showcase::Options& options, unsigned colour)
+{
+    Scene scene;
+    scene.text = options.text;
+    scene.font = options.font;
+    scene.size = options.size;
+    scene.color = colour;
+    scene.padding[0] = scene.padding[2] = 4;
+    return scene;
+}
+
+struct Tile {
+    std::string label;
+    RgbaImage image;
+    RgbaImage labelImage;
+};
+
+RgbaImage renderLabel(const Showcase::Options& options, const std::string& text, double size)
+{
+    Scene label;
+    label.text = text;
+    label.font = options.font;
+    label.size = size;
+    label.color = kLabelColour;
+    return SceneRenderer::render(label).image;
+}
+
+} // namespace
+
+RgbaImage Showcase::render(const Options& options, std::vector<Cell>* cells, std::vector<std::string>* missing)
+{
+    std::vector<Tile> tiles;
+    tiles.push_back({"text (plain)", SceneRenderer::render(baseScene(options, 0xFF1D2B64u)).image, {}});
+    std::vector<std::string> shown;
+    for (const Look& look : kLooks) {
+        const EffectInfo& info = EffectCatalog::require(look.effect, "showcase");
+        if (!EffectCatalog::isAvailable(info)) {
+            if (missing) missing->push_back(info.name);
+            continue;
+        }
+        Scene scene = baseScene(options, look.textColour);
+        EffectSpec spec(info, "showcase " + info.name);
+        spec.assign(look.params);
+        scene.effects.push_back(spec);
+        tiles.push_back({info.name, SceneRenderer::render(scene).image, {}});
+        shown.push_back(info.name);
+    }
+    // Effects stack: a fill, an outline and a shadow together, when the build has them.
+    std::vector<std::string> combo;
+    for (const char* name : {"linear-gradient", "stroke", "outer-shadow"})
+        if (std::find(shown.begin(), shown.end(), name) != shown.end()) combo.push_back(name);
+    if (combo.size() >= 2) {
+        Scene scene = baseScene(options, 0xFFFFC000u);
+        std::string label;
+        for (const std::string& name : combo) {
+            EffectSpec spec(*EffectCatalog::find(name), "showcase " + name);
+            for (const Look& look : kLooks)
+                if (name == look.effect) spec.assign(look.params);
+            if (name == "stroke") spec.assign("size=3");
+            scene.effects.push_back(spec);
+            label += (label.empty() ? "" : " + ") + name;
+        }
+        tiles.push_back({label, SceneRenderer::render(scene).image, {}});
+    }
+
+    const double labelSize = std::max(12.0, options.size / 4);
+    int tileW = 0, tileH = 0, labelH = 0;
+    for (Tile& t : tiles) {
+        t.labelImage = renderLabel(options, t.label, labelSize);
+        tileW = std::max({tileW, (int)t.image.width(), (int)t.labelImage.width()});
+        tileH = std::max(tileH, (int)t.image.height());
+        labelH = std::max(labelH, (int)t.labelImage.height());
+    }
+    const int cellW = tileW + 2 * kCellPadding;
+    const int cellH = tileH + kLabelGap + labelH + 2 * kCellPadding;
+    const int columns = std::max(1, std::min(options.columns, (int)tiles.size()));
+    const int rows = ((int)tiles.size() + columns - 1) / columns;
+
+    RgbaImage title = renderLabel(options, "lmeffect: every effect in this build", labelSize * 1.5);
+    const int top = kGap + (int)title.height() + kGap;
+    const int width = std::max(kGap + columns * (cellW + kGap), (int)title.width() + 2 * kGap);
+    const int height = top + rows * (cellH + kGap);
+    RgbaImage page((unsigned)width, (unsigned)height, kPageColour);
+    page.drawOver(title, kGap, kGap);
+
+    for (size_t i = 0; i < tiles.size(); ++i) {
+        const Tile& t = tiles[i];
+        int x = kGap + (int)(i % (size_t)columns) * (cellW + kGap);
+        int y = top + (int)(i / (size_t)columns) * (cellH + kGap);
+        page.fillRect(x, y, cellW, cellH, kCellColour);
+        // The render centred in its area, the label centred under it.
+        page.drawOver(t.image, x + (cellW - (int)t.image.width()) / 2, y + kCellPadding + (tileH - (int)t.image.height()) / 2);
+        page.drawOver(t.labelImage, x + (cellW - (int)t.labelImage.width()) / 2, y + kCellPadding + tileH + kLabelGap);
+        if (cells) cells->push_back({t.label, x, y, cellW, cellH});
+    }
+    return page;
+}
+
+} // namespace LmTextTool
