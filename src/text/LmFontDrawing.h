@@ -50,7 +50,7 @@ public:
 
     // Start of the context of a line beginning at `start`: the index of the nearest 0x0A or
     // 0x0D at or before start (index 0 itself is never tested), else 0.
-    static int FindContextStart(const uint16_t* text, int start);
+    static int FindContextStart(const char16_t* text, int start);
 
 private:
     LmString* familyName = nullptr;

@@ -1,0 +1,254 @@
+#include "text/LmFontDrawing.h"
+
+#include "effect/LmEffect.h"
+#include "effect/LmGlyph.h"
+#include "foundation/Error.h"
+#include "foundation/List.h"
+#include "foundation/LmConvert.h"
+#include "foundation/LmLog.h"
+#include "foundation/LmString.h"
+#include "platform/LmGlyphRun.h"
+#include "platform/LmLayoutUtils.h"
+#include "platform/LmPlatformFamily.h"
+#include "platform/LmTypeface.h"
+#include "raster/LmBitmap.h"
+#include "text/FontManager.h"
+#include "text/LineInfo.h"
+#include "text/LmTextObject.h"
+
+#include <climits>
+#include <memory>
+#include <new>
+#include <vector>
+
+namespace LmFontEffect {
+
+namespace {
+
+const char* const kTag = "LmFontDrawing";
+
+// A 26.6 fixed-point value of a pixel position, saturated to the int range.
+int toFixed26_6(long long pixels)
+{
+    const long long v = pixels * 64;
+    if (v > INT_MAX) return INT_MAX;
+    if (v < INT_MIN) return INT_MIN;
+    return (int)v;
+}
+
+void deleteGlyphs(List* list)
+{
+    if (!list) return;
+    const int n = list->GetCount();
+    for (int i = 0; i < n; i++) {
+        LmGlyph* glyph = static_cast<LmGlyph*>(list->Get(i));
+        if (!glyph) continue;
+        delete[] glyph->pixels;
+        delete glyph;
+    }
+    list->RemoveAll();
+}
+
+// The mask of one line: as wide as the advance, as high as the ink, the baseline topOffset
+// rows below its top. Cleared; no pixels when the size is empty or past the bitmap cap.
+LmGlyph* newLineGlyph(const LmLayout& layout)
+{
+    LmGlyph* glyph = new LmGlyph();
+    const LmGlyphBox& bounds = layout.getBounds();
+    glyph->width = (uint16_t)lmToUnsigned(layout.getAdvance());
+    glyph->height = (uint16_t)lmToUnsigned(bounds.bottom - bounds.top);
+    glyph->topOffset = lmToInt(-bounds.top);
+    glyph->leftBearing = 0;
+    const uint64_t bytes = LmBitmap::byteSize(glyph->width, glyph->height, 1);
+    glyph->pixels = bytes ? new (std::nothrow) unsigned char[bytes] : nullptr;
+    if (!glyph->pixels) {
+        glyph->width = 0;
+        glyph->height = 0;
+    }
+    return glyph;
+}
+
+} // namespace
+
+void LmFontDrawing::DrawTextFunctor::operator()(unsigned start, unsigned end)
+{
+    if (end <= start || !canvas) return;
+    LmPaint runPaint = paint;
+    runPaint.setStyle(LmPaint::kFillStyle);
+    LmGlyphRun run(runPaint, end - start, bounds);
+    uint32_t* ids = run.glyphs();
+    float* pos = run.positions();
+    for (unsigned i = start; i < end; i++) {
+        const unsigned k = i - start;
+        ids[k] = layout.getGlyphId(i);
+        pos[2 * k] = layout.getX(i);
+        pos[2 * k + 1] = layout.getY(i);
+    }
+    // The top-left corner of the ink bounds lands on the mask's (0, 0).
+    canvas->drawGlyphRun(run, -bounds->left, -bounds->top);
+}
+
+LmFontDrawing::LmFontDrawing()
+{
+    glyphList = new List();
+    glyphList->Construct();
+}
+
+LmFontDrawing::~LmFontDrawing()
+{
+    delete fontPath;
+    delete familyName;
+    deleteGlyphs(glyphList);
+    delete glyphList;
+}
+
+void LmFontDrawing::SetFontPath(const char* path)
+{
+    if (!path) return;
+    if (!fontPath) {
+        fontPath = new LmString();
+        fontPath->Construct(path);
+        return;
+    }
+    LmString candidate;
+    candidate.Construct(path);
+    if (fontPath->CompareTo(&candidate) != 0) fontPath->Set(path);
+}
+
+void LmFontDrawing::SetFontFamilyName(const char* name)
+{
+    if (!familyName) {
+        familyName = new LmString();
+        familyName->Construct(name);
+    } else {
+        familyName->Set(name);
+    }
+}
+
+void LmFontDrawing::ClearGlyphList() { deleteGlyphs(glyphList); }
+
+int LmFontDrawing::FindContextStart(const char16_t* text, int start)
+{
+    if (!text) return 0;
+    for (int i = start; i >= 1; i--) {
+        if (text[i] == 0x0A || text[i] == 0x0D) return i;
+    }
+    return 0;
+}
+
+void LmFontDrawing::DrawTextEffect(LmTextObject* textObject, LmBitmap* dst)
+{
+    if (!textObject || !dst) return;
+    LmString* text = textObject->GetText();
+    if (!text) {
+        LmLog::Print(LmLog::LM_PRIO_ERROR, kTag, "DrawTextEffect(%p) - text is NULL", (void*)this);
+        return;
+    }
+    if (text->GetUTF16Size() < 1) {
+        LmLog::Print(LmLog::LM_PRIO_ERROR, kTag, "DrawTextEffect(%p) - textLength is 0", (void*)this);
+        return;
+    }
+    LmEffect* effect = textObject->GetEffect();
+    if (!effect) {
+        LmLog::Print(LmLog::LM_PRIO_ERROR, kTag, "DrawTextEffect(%p) - Effect is NULL", (void*)this);
+        return;
+    }
+
+    LmPaint paint = textObject->GetPaint();
+    effect->addText(textObject->GetTextColor());
+    effect->initEffect(lmToInt(dst->width), lmToInt(dst->height));
+    effect->setDstBitmap(dst);
+
+    List* lines = textObject->GetLineInfo();
+    if (!lines) {
+        LmLog::Print(LmLog::LM_PRIO_ERROR, kTag, "DrawTextEffect(%p) - lineInfoList is NULL", (void*)this);
+        Error::Report(kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
+        return;
+    }
+
+    std::vector<std::shared_ptr<LmPlatformFamily>> families;
+    int weight = 400;
+    if (!FontManager::GetInstance()->GetMinikinFontFamilies(familyName, families, fontPath, weight)) {
+        LmLog::Print(LmLog::LM_PRIO_ERROR, kTag, "DrawTextEffect(%p) - GetMinikinFontFamilies failed", (void*)this);
+        return;
+    }
+    if (LmLog::IsAllLogEnable()) {
+        LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "DrawTextEffect(%p) fontPath[%s] weight=%d", (void*)this,
+                     LmLog::ConvertLog(fontPath), weight);
+    }
+
+    // Boldness comes from the weight the font manager chose and the paint's fake bold; the
+    // text style's bold bit is not passed on.
+    std::shared_ptr<LmTypeface> typeface =
+        LmTypeface::createFromFamilies(std::move(families), weight, textObject->isItalicTextStyle());
+
+    const int leftOffset = effect->getLeftOffset();
+    const int topOffset = effect->getTopOffset();
+    char16_t* utf16 = text->GetUTF16();
+    const int textLength = text->GetUTF16Size();
+    const uint16_t* units = reinterpret_cast<const uint16_t*>(utf16);
+
+    const int count = lines->GetCount();
+    for (int i = 0; i < count; i++) {
+        LineInfo* line = static_cast<LineInfo*>(lines->Get(i));
+        if (!line) continue;
+        ClearGlyphList();
+
+        const int x = line->x;
+        const int baseline = line->baseline;
+        const int start = line->start;
+        const int end = line->end;
+        const int direction = line->direction;
+        const int bidi = direction < 0 ? LmLayoutUtils::kBidiDefaultRTL : LmLayoutUtils::kBidiDefaultLTR;
+
+        // The scan reads only units inside the text.
+        const int scanFrom = start < textLength ? start : textLength - 1;
+        const int contextStart = utf16 ? FindContextStart(utf16, scanFrom) : 0;
+        const long long contextCount = (long long)end - contextStart;
+
+        LmLayout layout;
+        if (utf16 && start >= 0 && end >= start && contextCount >= 0) {
+            layout = LmLayoutUtils::doLayout(paint, bidi, typeface.get(), units, (size_t)textLength, (size_t)start,
+                                             (size_t)(end - start), (size_t)contextStart, (size_t)contextCount);
+        }
+
+        LmGlyph* glyph = newLineGlyph(layout);
+        LmAlphaCanvas canvas(glyph->pixels, glyph->width, glyph->height);
+        canvas.clear();
+        LmGlyphBox bounds = layout.getBounds();
+        DrawTextFunctor functor(layout, &canvas, paint, &bounds);
+        LmLayoutUtils::forFontRun(layout, &paint, functor);
+        glyphList->Add(glyph);
+
+        _DoRender(leftOffset, toFixed26_6((long long)x + leftOffset), toFixed26_6((long long)baseline + topOffset),
+                  glyphList, effect, direction);
+
+        line->bounds.left = x + leftOffset;
+        line->bounds.top += topOffset;
+        line->bounds.bottom += topOffset;
+        line->bounds.right = line->bounds.left + lmToInt(layout.getAdvance());
+    }
+
+    typeface.reset();
+    effect->doEffectPostProcessing();
+    effect->compositeLayers(dst);
+    delete[] utf16;
+}
+
+void LmFontDrawing::_DoRender(int leftOffset, int x, int y, List* glyphs, LmEffect* effect, int direction)
+{
+    if (!glyphs || !effect) return;
+    const int n = glyphs->GetCount();
+    if (n <= 0) return;
+    long long penX = x;
+    for (int k = 0; k < n; k++) {
+        LmGlyph* glyph = static_cast<LmGlyph*>(glyphs->Get(direction < 0 ? n - 1 - k : k));
+        if (!glyph) continue;
+        const long long gx = (long long)glyph->leftBearing + (penX >> 6);
+        const long long gy = (long long)(y >> 6) - glyph->topOffset;
+        effect->renderEffectLayer(lmToInt((double)gx), lmToInt((double)gy), glyph);
+        penX += (long long)glyph->width * 64;
+    }
+}
+
+} // namespace LmFontEffect
