@@ -46,11 +46,8 @@ std::string unescape(const std::string& s)
 std::string optionNames(const CLI::App& app)
 {
     std::string out;
-    for (const CLI::Option* opt : app.get_options()) {
-        std::string name = opt->get_name(false, true);
-        if (name.rfind("--", 0) != 0) continue;
-        out += (out.empty() ? "" : ", ") + name;
-    }
+    for (const CLI::Option* opt : app.get_options())
+        for (const std::string& name : opt->get_lnames()) out += (out.empty() ? "--" : ", --") + name;
     return out;
 }
 
@@ -132,6 +129,8 @@ int main(int argc, char** argv)
     RenderArgs args;
     CLI::App* render = app.add_subcommand("render", "render text (from options or a JSON scene) into a PNG");
     render->add_option("scene", args.scenePath, "JSON scene file; options given here override it");
+    // A repeated option takes its last value, as most tools do.
+    render->option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
     render->add_option("-o,--output", args.output, "PNG file to write");
     render->add_flag("--key", args.printKey, "print the effect stack's key in hex");
     struct Scalar {
@@ -180,6 +179,16 @@ int main(int argc, char** argv)
     show->add_option("-s,--size", showcase.size, "text size in pixels (default 64)");
     show->add_option("--columns", showcase.columns, "cells per row (default 3)");
 
+    // CLI11 would only say that a command is required; name the valid ones instead.
+    if (argc >= 2) {
+        std::string first = argv[1];
+        bool help = first == "-h" || first == "--help";
+        if (!help && first != "render" && first != "showcase") {
+            std::cerr << "lmtext: unknown " << (first[0] == '-' ? "option" : "command") << " '" << first
+                      << "'; valid commands: render, showcase (and --help)\n";
+            return ToolError::kUsage;
+        }
+    }
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForHelp& e) {
@@ -190,8 +199,8 @@ int main(int argc, char** argv)
         std::string message = e.what();
         std::string valid;
         const CLI::App* context = render->parsed() ? render : show->parsed() ? show : nullptr;
-        if (context) valid = "; valid options: " + optionNames(*context);
-        else valid = "; valid commands: render, showcase";
+        if (dynamic_cast<const CLI::ExtrasError*>(&e))
+            valid = context ? "; valid options: " + optionNames(*context) : "; valid commands: render, showcase";
         std::cerr << "lmtext: " << message << valid << "\n(run 'lmtext " << (context ? context->get_name() + " " : "")
                   << "--help' for details)\n";
         return ToolError::kUsage;
