@@ -19,6 +19,13 @@ const char* const kTag = "Lm_File";
 
 void fail(unsigned long code, int site) { LmFontEffect::Error::Report(kTag, code, site); }
 
+// Reports code at site when bad holds; returns bad.
+bool failIf(bool bad, unsigned long code, int site)
+{
+    if (bad) fail(code, site);
+    return bad;
+}
+
 // A path helper's own message instead of the numbered line.
 void badPath(const char* what)
 {
@@ -76,38 +83,23 @@ File::~File()
 
 bool File::Construct(LmString const* path, char const* mode, bool keepOpen)
 {
-    if (mRecord) {
-        fail(LmFontEffect::Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__);
-        return false;
-    }
-    if (!path || !mode || !*mode) {
-        fail(LmFontEffect::Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
-        return false;
-    }
+    if (failIf(mRecord, LmFontEffect::Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__)) return false;
+    if (failIf(!path || !mode || !*mode, LmFontEffect::Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     std::string utf8;
     if (utf8Of(path, utf8) <= 0) {
         LmLog::Print(LmLog::LM_PRIO_ERROR, kTag, "OpenFile() - pathSize < 0");
         LmFontEffect::Error::SetError(LmFontEffect::Error::LM_ERR_INVALID_ARGUMENT);
         return false;
     }
-    if (utf8.empty()) {
-        fail(LmFontEffect::Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
-        return false;
-    }
+    if (failIf(utf8.empty(), LmFontEffect::Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     mRecord = openRecord(utf8.c_str(), mode, keepOpen);
     return mRecord != nullptr;
 }
 
 bool File::Construct(char const* path, char const* mode)
 {
-    if (mRecord) {
-        fail(LmFontEffect::Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__);
-        return false;
-    }
-    if (!path || !*path || !mode || !*mode) {
-        fail(LmFontEffect::Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
-        return false;
-    }
+    if (failIf(mRecord, LmFontEffect::Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__)) return false;
+    if (failIf(!path || !*path || !mode || !*mode, LmFontEffect::Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     // A plain path goes to the system as it is, whatever its encoding.
     mRecord = openRecord(path, mode, false);
     return mRecord != nullptr;
@@ -127,32 +119,32 @@ unsigned long File::Write(void const* buffer, unsigned long size, unsigned long 
 
 int File::Seek(long offset, int whence)
 {
-    if (!mRecord || !mRecord->stream) return -1;
-    return fseek(mRecord->stream, offset, whence);
+    FILE* f = GetFilePointer();
+    return f ? fseek(f, offset, whence) : -1;
 }
 
 long File::Tell()
 {
-    if (!mRecord || !mRecord->stream) return -1;
-    return ftell(mRecord->stream);
+    FILE* f = GetFilePointer();
+    return f ? ftell(f) : -1;
 }
 
 int File::Eof()
 {
-    if (!mRecord || !mRecord->stream) return -1;
-    return feof(mRecord->stream);
+    FILE* f = GetFilePointer();
+    return f ? feof(f) : -1;
 }
 
 int File::Error()
 {
-    if (!mRecord || !mRecord->stream) return -1;
-    return ferror(mRecord->stream);
+    FILE* f = GetFilePointer();
+    return f ? ferror(f) : -1;
 }
 
 int File::GetFileDescriptor()
 {
-    if (!mRecord || !mRecord->stream) return -1;
-    return fileno(mRecord->stream);
+    FILE* f = GetFilePointer();
+    return f ? fileno(f) : -1;
 }
 
 FILE* File::GetFilePointer() { return mRecord ? mRecord->stream : nullptr; }
@@ -178,10 +170,7 @@ int File::IsAccessible(LmString const* path, int mode)
 
 int File::IsAccessible(char const* path, int mode)
 {
-    if (!path) {
-        fail(LmFontEffect::Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
-        return -1;
-    }
+    if (failIf(!path, LmFontEffect::Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return -1;
     return access(path, mode);
 }
 
@@ -197,10 +186,7 @@ int File::Unlink(LmString const* path)
 
 int File::Unlink(char const* path)
 {
-    if (!path) {
-        fail(LmFontEffect::Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
-        return -1;
-    }
+    if (failIf(!path, LmFontEffect::Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return -1;
     return unlink(path);
 }
 
@@ -219,10 +205,7 @@ int File::Rename(LmString const* oldPath, LmString const* newPath)
 
 int File::Rename(char const* oldPath, char const* newPath)
 {
-    if (!oldPath || !newPath) {
-        fail(LmFontEffect::Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
-        return -1;
-    }
+    if (failIf(!oldPath || !newPath, LmFontEffect::Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return -1;
     return rename(oldPath, newPath);
 }
 

@@ -16,6 +16,13 @@ const int32_t kNoIndex = -999999999;
 
 void fail(unsigned long code, int site) { Error::Report(kTag, code, site); }
 
+// Reports code at site when bad holds; returns bad.
+bool failIf(bool bad, unsigned long code, int site)
+{
+    if (bad) fail(code, site);
+    return bad;
+}
+
 struct ListNode {
     ListNode* prev;
     ListNode* next;
@@ -26,6 +33,20 @@ struct ListNode {
 struct ListCell {
     ListNode* node;
 };
+
+// Visits the first n items of source through a traversal, or by position when no
+// traversal is free, until visit returns false.
+template <class Visit>
+void visitItems(List* source, int n, Visit visit)
+{
+    long h = source->BeginTraversal();
+    for (int k = 0; k < n; ++k) {
+        void* data = (h == -1) ? source->Get(k) : source->GetData(h);
+        if (!visit(data)) break;
+        if (h != -1) source->NextData(h);
+    }
+    source->EndTraversal(h);
+}
 
 } // namespace
 
@@ -198,10 +219,7 @@ List::~List()
 
 bool List::Construct()
 {
-    if (mImpl) {
-        fail(Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__);
-        return false;
-    }
+    if (failIf(mImpl, Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__)) return false;
     ListImpl* impl = new (std::nothrow) ListImpl;
     ListCell** slots = new (std::nothrow) ListCell*[kMaxTraversals]();
     if (!impl || !slots) {
@@ -216,27 +234,15 @@ bool List::Construct()
 
 bool List::Construct(const List* other)
 {
-    if (mImpl) {
-        fail(Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__);
-        return false;
-    }
-    if (!other) {
-        fail(Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
-        return false;
-    }
+    if (failIf(mImpl, Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__)) return false;
+    if (failIf(!other, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     return Construct() && Add(other);
 }
 
 bool List::Construct(void** items, int n)
 {
-    if (mImpl) {
-        fail(Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__);
-        return false;
-    }
-    if (!items || n < 0) {
-        fail(Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
-        return false;
-    }
+    if (failIf(mImpl, Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__)) return false;
+    if (failIf(!items || n < 0, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     if (!Construct()) return false;
     for (int k = 0; k < n; ++k)
         if (!Add(items[k])) return false;
@@ -245,10 +251,7 @@ bool List::Construct(void** items, int n)
 
 bool List::Add(void* data)
 {
-    if (!mImpl) {
-        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
-        return false;
-    }
+    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
     ListNode* node = new (std::nothrow) ListNode{nullptr, nullptr, data};
     if (!node) return false;
     mImpl->append(node);
@@ -257,39 +260,19 @@ bool List::Add(void* data)
 
 bool List::Add(const List* other)
 {
-    if (!mImpl) {
-        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
-        return false;
-    }
-    if (!other) {
-        fail(Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
-        return false;
-    }
+    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (failIf(!other, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     if (!other->mImpl || other->mImpl->count == 0) return true;
     // Traversing changes only the other list's bookkeeping, never its items. The count is
     // taken first so that adding a list to itself ends.
-    List* source = const_cast<List*>(other);
-    const int n = source->mImpl->count;
-    long h = source->BeginTraversal();
-    for (int k = 0; k < n; ++k) {
-        void* data = (h == -1) ? source->Get(k) : source->GetData(h);
-        if (!Add(data)) break;
-        if (h != -1) source->NextData(h);
-    }
-    source->EndTraversal(h);
+    visitItems(const_cast<List*>(other), other->mImpl->count, [this](void* data) { return Add(data); });
     return true;
 }
 
 bool List::Insert(void* data, int i)
 {
-    if (!mImpl) {
-        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
-        return false;
-    }
-    if (i < 0) {
-        fail(Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
-        return false;
-    }
+    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (failIf(i < 0, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     // Any index past the end appends (deliberate).
     if (i >= mImpl->count) return Add(data);
     ListNode* at = mImpl->nodeForMove(i);
@@ -307,14 +290,8 @@ bool List::Insert(void* data, int i)
 
 bool List::Remove(void* data)
 {
-    if (!mImpl) {
-        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
-        return false;
-    }
-    if (!data || mImpl->count == 0) {
-        fail(Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
-        return false;
-    }
+    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (failIf(!data || mImpl->count == 0, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     int index = 0;
     for (ListNode* n = mImpl->head; n; n = n->next, ++index) {
         if (n->data == data) {
@@ -327,28 +304,16 @@ bool List::Remove(void* data)
 
 bool List::Remove(int i)
 {
-    if (!mImpl) {
-        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
-        return false;
-    }
-    if (i < 0 || i >= mImpl->count) {
-        fail(Error::LM_ERR_OUT_OF_RANGE, __LINE__);
-        return false;
-    }
+    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (failIf(i < 0 || i >= mImpl->count, Error::LM_ERR_OUT_OF_RANGE, __LINE__)) return false;
     mImpl->unlinkAndFree(mImpl->nodeForMove(i), i);
     return true;
 }
 
 bool List::Remove(int i, int n)
 {
-    if (!mImpl) {
-        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
-        return false;
-    }
-    if (i < 0 || i >= mImpl->count || n < 0 || n > mImpl->count) {
-        fail(Error::LM_ERR_OUT_OF_RANGE, __LINE__);
-        return false;
-    }
+    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (failIf(i < 0 || i >= mImpl->count || n < 0 || n > mImpl->count, Error::LM_ERR_OUT_OF_RANGE, __LINE__)) return false;
     // Items past the end are not an error for the call as a whole.
     for (int k = 0; k < n; ++k)
         if (!Remove(i)) break;
@@ -357,10 +322,7 @@ bool List::Remove(int i, int n)
 
 bool List::RemoveAll()
 {
-    if (!mImpl) {
-        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
-        return false;
-    }
+    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
     if (mImpl->count == 0) return true;
     mImpl->freeNodes();
     for (int k = 0; k < kMaxTraversals; ++k)
@@ -371,23 +333,14 @@ bool List::RemoveAll()
 
 int List::GetCount() const
 {
-    if (!mImpl) {
-        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
-        return -1;
-    }
+    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return -1;
     return mImpl->count;
 }
 
 void* List::Get(int i) const
 {
-    if (!mImpl) {
-        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
-        return nullptr;
-    }
-    if (i < 0 || i >= mImpl->count) {
-        fail(Error::LM_ERR_OUT_OF_RANGE, __LINE__);
-        return nullptr;
-    }
+    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return nullptr;
+    if (failIf(i < 0 || i >= mImpl->count, Error::LM_ERR_OUT_OF_RANGE, __LINE__)) return nullptr;
     ListNode* n = mImpl->nodeForGet(i);
     return n ? n->data : nullptr;
 }
@@ -395,62 +348,33 @@ void* List::Get(int i) const
 int List::GetIndex(void* data) const
 {
     // A null pointer reports "not constructed" too (deliberate).
-    if (!mImpl || !data) {
-        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
-        return -1;
-    }
+    if (failIf(!mImpl || !data, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return -1;
     int index = -1;
     return mImpl->search(data, &index) ? index : -1;
 }
 
 bool List::IsContained(void* data) const
 {
-    if (!mImpl) {
-        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
-        return false;
-    }
-    if (!data) {
-        fail(Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
-        return false;
-    }
+    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (failIf(!data, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     int index = -1;
     return mImpl->search(data, &index) != nullptr;
 }
 
 bool List::IsContained(const List* other) const
 {
-    if (!mImpl) {
-        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
-        return false;
-    }
-    if (!other) {
-        fail(Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
-        return false;
-    }
+    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (failIf(!other, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     if (!other->mImpl || other->mImpl->count == 0) return true;
-    List* source = const_cast<List*>(other);
-    const int n = source->mImpl->count;
-    long h = source->BeginTraversal();
     bool all = true;
-    for (int k = 0; k < n && all; ++k) {
-        void* data = (h == -1) ? source->Get(k) : source->GetData(h);
-        all = IsContained(data);
-        if (h != -1) source->NextData(h);
-    }
-    source->EndTraversal(h);
+    visitItems(const_cast<List*>(other), other->mImpl->count, [&](void* data) { return all = IsContained(data); });
     return all;
 }
 
 long List::BeginTraversal()
 {
-    if (!mImpl) {
-        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
-        return -1;
-    }
-    if (mImpl->openTraversals >= kMaxTraversals) {
-        fail(Error::LM_ERR_TOO_MANY_TRAVERSALS, __LINE__);
-        return -1;
-    }
+    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return -1;
+    if (failIf(mImpl->openTraversals >= kMaxTraversals, Error::LM_ERR_TOO_MANY_TRAVERSALS, __LINE__)) return -1;
     int slot = 0;
     while (mImpl->traversals[slot]) ++slot; // a free slot exists while fewer than 10 are open
     ListCell* cell = new (std::nothrow) ListCell{mImpl->head};
@@ -461,42 +385,23 @@ long List::BeginTraversal()
     return (long)(intptr_t)cell;
 }
 
-void* List::GetData(long h) const
-{
-    if (!mImpl) {
-        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
-        return nullptr;
-    }
-    if (h == 0) {
-        fail(Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
-        return nullptr;
-    }
-    ListCell* cell = mImpl->cellOf(h);
-    if (!cell) {
-        fail(Error::LM_ERR_UNKNOWN_HANDLE, __LINE__);
-        return nullptr;
-    }
-    return cell->node ? cell->node->data : nullptr;
-}
-
 namespace {
+
+// The cell behind handle h, or null after reporting why there is none.
+ListCell* cellFor(const ListImpl* impl, long h)
+{
+    if (failIf(!impl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return nullptr;
+    if (failIf(h == 0, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return nullptr;
+    ListCell* cell = impl->cellOf(h);
+    failIf(!cell, Error::LM_ERR_UNKNOWN_HANDLE, __LINE__);
+    return cell;
+}
 
 // Shared by NextData and PrevData.
 bool step(ListImpl* impl, long h, bool forward)
 {
-    if (!impl) {
-        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
-        return false;
-    }
-    if (h == 0) {
-        fail(Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
-        return false;
-    }
-    ListCell* cell = impl->cellOf(h);
-    if (!cell) {
-        fail(Error::LM_ERR_UNKNOWN_HANDLE, __LINE__);
-        return false;
-    }
+    ListCell* cell = cellFor(impl, h);
+    if (!cell) return false;
     if (!cell->node) {
         // Past either end: back to the head, whichever the direction.
         cell->node = impl->head;
@@ -508,7 +413,25 @@ bool step(ListImpl* impl, long h, bool forward)
     return true;
 }
 
+// Shared by MoveFirst and MoveLast.
+bool jump(ListImpl* impl, long* h, bool last)
+{
+    if (failIf(!impl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (failIf(!h, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    ListCell* cell = cellFor(impl, *h);
+    if (!cell) return false;
+    cell->node = last ? impl->tail : impl->head;
+    impl->remember(last ? impl->count - 1 : 0, cell->node);
+    return true;
+}
+
 } // namespace
+
+void* List::GetData(long h) const
+{
+    ListCell* cell = cellFor(mImpl, h);
+    return (cell && cell->node) ? cell->node->data : nullptr;
+}
 
 bool List::NextData(long h) { return step(mImpl, h, true); }
 
@@ -516,77 +439,23 @@ bool List::PrevData(long h) { return step(mImpl, h, false); }
 
 bool List::Move(long* h, int i)
 {
-    if (!mImpl) {
-        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
-        return false;
-    }
-    if (!h) {
-        fail(Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
-        return false;
-    }
-    if (i < 0 || i >= mImpl->count) {
-        fail(Error::LM_ERR_OUT_OF_RANGE, __LINE__);
-        return false;
-    }
-    ListCell* cell = mImpl->cellOf(*h);
-    if (!cell) {
-        fail(Error::LM_ERR_UNKNOWN_HANDLE, __LINE__);
-        return false;
-    }
+    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (failIf(!h, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (failIf(i < 0 || i >= mImpl->count, Error::LM_ERR_OUT_OF_RANGE, __LINE__)) return false;
+    ListCell* cell = cellFor(mImpl, *h);
+    if (!cell) return false;
     cell->node = mImpl->nodeForMove(i);
     return true;
 }
 
-bool List::MoveFirst(long* h)
-{
-    if (!mImpl) {
-        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
-        return false;
-    }
-    if (!h) {
-        fail(Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
-        return false;
-    }
-    ListCell* cell = mImpl->cellOf(*h);
-    if (!cell) {
-        fail(Error::LM_ERR_UNKNOWN_HANDLE, __LINE__);
-        return false;
-    }
-    cell->node = mImpl->head;
-    mImpl->remember(0, mImpl->head);
-    return true;
-}
+bool List::MoveFirst(long* h) { return jump(mImpl, h, false); }
 
-bool List::MoveLast(long* h)
-{
-    if (!mImpl) {
-        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
-        return false;
-    }
-    if (!h) {
-        fail(Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
-        return false;
-    }
-    ListCell* cell = mImpl->cellOf(*h);
-    if (!cell) {
-        fail(Error::LM_ERR_UNKNOWN_HANDLE, __LINE__);
-        return false;
-    }
-    cell->node = mImpl->tail;
-    mImpl->remember(mImpl->count - 1, mImpl->tail);
-    return true;
-}
+bool List::MoveLast(long* h) { return jump(mImpl, h, true); }
 
 bool List::EndTraversal(long h)
 {
-    if (!mImpl) {
-        fail(Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
-        return false;
-    }
-    if (h == 0) {
-        fail(Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
-        return false;
-    }
+    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (failIf(h == 0, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     // Only registered cells are freed: -1 from a failed BeginTraversal, or any foreign
     // value, frees nothing.
     int slot = mImpl->slotOf(h);

@@ -1,0 +1,141 @@
+#include "foundation/Error.h"
+#include "foundation/File.h"
+#include "foundation/LmString.h"
+#include "foundation/NativeError.h"
+
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <string>
+
+using namespace LmFontEffect;
+
+namespace {
+
+// A fresh directory for each test, removed with what it holds.
+class FileTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        char templ[] = "/tmp/lmfileXXXXXX";
+        ASSERT_NE(nullptr, mkdtemp(templ));
+        dir = templ;
+    }
+    void TearDown() override { (void)system(("rm -rf '" + dir + "'").c_str()); }
+
+    std::string dir;
+    LmTest::LogCapture log;
+};
+
+} // namespace
+
+TEST_F(FileTest, WritesAndReadsBackThroughAUtf8Path)
+{
+    std::string path = dir + "/caf\xc3\xa9.bin";
+    LmString name;
+    ASSERT_TRUE(name.Construct(path.c_str()));
+    {
+        File out;
+        ASSERT_TRUE(out.Construct(&name, "wb", false));
+        EXPECT_EQ(5u, out.Write("hello", 1, 5));
+        EXPECT_EQ(5, out.Tell());
+    }
+    EXPECT_EQ(0, File::IsAccessible(path.c_str(), R_OK));
+    File in;
+    ASSERT_TRUE(in.Construct(path.c_str(), "rb"));
+    char buf[8] = {0};
+    EXPECT_EQ(0, in.Seek(1, SEEK_SET));
+    EXPECT_EQ(4u, in.Read(buf, 1, 8));
+    EXPECT_STREQ("ello", buf);
+    EXPECT_NE(0, in.Eof());
+    EXPECT_EQ(0, in.Error());
+    EXPECT_GE(in.GetFileDescriptor(), 0);
+    in.Close();
+    EXPECT_EQ(nullptr, in.GetFilePointer());
+    EXPECT_EQ(0u, in.Read(buf, 1, 1));
+}
+
+TEST_F(FileTest, OpenFailures)
+{
+    File f;
+    Error::SetError(0);
+    EXPECT_FALSE(f.Construct((const char*)nullptr, "r"));
+    EXPECT_EQ(7u, Error::GetError());
+    EXPECT_FALSE(f.Construct("x", ""));
+    EXPECT_EQ(7u, Error::GetError());
+    EXPECT_TRUE(LmTest::loggedNativeError(log, "Lm_File", 7));
+
+    std::string missing = dir + "/missing";
+    EXPECT_FALSE(f.Construct(missing.c_str(), "r"));
+    EXPECT_EQ(11u, Error::GetError());
+    EXPECT_TRUE(log.contains("Lm_File", "OpenFile - Fail to open file. errno = " + std::to_string(ENOENT)));
+    EXPECT_TRUE(LmTest::loggedNativeError(log, "Lm_File", 11));
+
+    LmString unconstructed;
+    EXPECT_FALSE(f.Construct(&unconstructed, "r", false));
+    EXPECT_EQ(7u, Error::GetError());
+    EXPECT_TRUE(log.contains("Lm_File", "OpenFile() - pathSize < 0"));
+
+    // A failed open leaves the object free to try again.
+    std::string present = dir + "/present";
+    ASSERT_TRUE(f.Construct(present.c_str(), "w"));
+    EXPECT_FALSE(f.Construct(present.c_str(), "w"));
+    EXPECT_EQ(4u, Error::GetError());
+
+    File idle;
+    EXPECT_EQ(-1, idle.Tell());
+    EXPECT_EQ(-1, idle.Seek(0, SEEK_SET));
+    EXPECT_EQ(-1, idle.Eof());
+    EXPECT_EQ(-1, idle.GetFileDescriptor());
+    EXPECT_EQ(0u, idle.Write("a", 1, 1));
+    idle.Close();
+}
+
+TEST_F(FileTest, KeepOpenLeavesTheStreamToTheCaller)
+{
+    std::string path = dir + "/kept";
+    LmString name;
+    ASSERT_TRUE(name.Construct(path.c_str()));
+    FILE* stream = nullptr;
+    {
+        File f;
+        ASSERT_TRUE(f.Construct(&name, "w+", true));
+        stream = f.GetFilePointer();
+        f.Close();
+        EXPECT_EQ(stream, f.GetFilePointer());
+    }
+    // Still open after the owner is gone.
+    EXPECT_EQ(3, fputs("abc", stream) >= 0 ? 3 : -1);
+    EXPECT_EQ(0, fclose(stream));
+}
+
+TEST_F(FileTest, PathHelpers)
+{
+    std::string a = dir + "/a", b = dir + "/b";
+    File f;
+    ASSERT_TRUE(f.Construct(a.c_str(), "w"));
+    f.Close();
+    LmString la, lb, none;
+    ASSERT_TRUE(la.Construct(a.c_str()));
+    ASSERT_TRUE(lb.Construct(b.c_str()));
+    EXPECT_EQ(0, File::Rename(&la, &lb));
+    EXPECT_EQ(-1, File::IsAccessible(&la, F_OK));
+    EXPECT_EQ(0, File::IsAccessible(&lb, F_OK));
+    EXPECT_EQ(0, File::Rename(b.c_str(), a.c_str()));
+    EXPECT_EQ(0, File::Unlink(&la));
+    EXPECT_EQ(-1, File::Unlink(a.c_str()));
+
+    Error::SetError(0);
+    EXPECT_EQ(-1, File::IsAccessible(&none, F_OK));
+    EXPECT_EQ(7u, Error::GetError());
+    EXPECT_TRUE(log.contains("Lm_File", "IsAccessible() - pathSize < 0"));
+    EXPECT_EQ(-1, File::Unlink((const LmString*)nullptr));
+    EXPECT_TRUE(log.contains("Lm_File", "Unlink() - pathSize < 0"));
+    EXPECT_EQ(-1, File::Rename(&la, &none));
+    EXPECT_TRUE(log.contains("Lm_File", "Rename() - pathSize < 0 : old " + std::to_string(la.GetUTF8Size()) +
+                                            ", new -1"));
+    EXPECT_EQ(-1, File::Rename((const char*)nullptr, "x"));
+}

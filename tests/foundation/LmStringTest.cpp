@@ -1,0 +1,315 @@
+#include "foundation/Error.h"
+#include "foundation/LmString.h"
+#include "foundation/LmStringImpl.h"
+#include "foundation/NativeError.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
+
+using namespace LmFontEffect;
+
+namespace {
+
+std::wstring text(const LmString& s)
+{
+    const wchar_t* p = s.GetPointer();
+    return p ? std::wstring(p) : std::wstring();
+}
+
+std::string utf8(const LmString& s)
+{
+    int size = s.GetUTF8Size();
+    std::vector<char> buf((size_t)size + 1, 'X');
+    EXPECT_TRUE(s.GetUTF8(buf.data(), size));
+    return std::string(buf.data());
+}
+
+std::u16string utf16(const LmString& s)
+{
+    std::unique_ptr<char16_t[]> p(s.GetUTF16());
+    return p ? std::u16string(p.get()) : std::u16string();
+}
+
+} // namespace
+
+TEST(LmString, SearchStopsShortOfTheLastPositionButReverseSearchDoesNot)
+{
+    LmString s;
+    ASSERT_TRUE(s.Construct(L"abc"));
+    EXPECT_EQ(-1, s.Find(L"abc"));
+    EXPECT_EQ(0, s.ReverseFind(L"abc"));
+    EXPECT_EQ(-1, s.Find(L"c"));
+    EXPECT_EQ(2, s.ReverseFind(L"c"));
+    EXPECT_EQ(1, s.Find(L"b"));
+    EXPECT_EQ(-1, s.Find("bc"));
+    EXPECT_EQ(1, s.ReverseFind("bc"));
+    EXPECT_EQ(-1, s.Find(L"abcd"));
+    EXPECT_EQ(-1, s.ReverseFind("abcd"));
+
+    LmString t;
+    ASSERT_TRUE(t.Construct(L"abab"));
+    EXPECT_EQ(0, t.Find("ab"));
+    EXPECT_EQ(2, t.ReverseFind("ab"));
+
+    Error::SetError(0);
+    EXPECT_EQ(-1, s.Find((const wchar_t*)nullptr));
+    EXPECT_EQ(7u, Error::GetError());
+}
+
+TEST(LmString, CompareOrdersByLengthFirst)
+{
+    LmString b, aa, ab;
+    ASSERT_TRUE(b.Construct("b"));
+    ASSERT_TRUE(aa.Construct("aa"));
+    ASSERT_TRUE(ab.Construct("ab"));
+    EXPECT_EQ(-1, b.CompareTo(&aa));
+    EXPECT_EQ(1, aa.CompareTo(&b));
+    EXPECT_GT(ab.CompareTo(&aa), 0);
+    EXPECT_LT(aa.CompareTo(&ab), 0);
+    EXPECT_EQ(0, aa.CompareTo("aa"));
+    EXPECT_EQ(-1, b.CompareTo("aa"));
+    // The C-string form weighs its length in bytes: é is one character but two bytes.
+    LmString e;
+    ASSERT_TRUE(e.Construct(L"\u00e9"));
+    EXPECT_EQ(-1, e.CompareTo("\xc3\xa9"));
+    EXPECT_EQ(0, e.CompareTo("\xc3\xa9", 1));
+    // The counted form has no length test.
+    EXPECT_EQ(0, ab.CompareTo("abzzz", 2));
+    EXPECT_LT(aa.CompareTo("ab", 2), 0);
+}
+
+TEST(LmString, InsertRejectsAnEmptyStringThatAppendAccepts)
+{
+    LmString s;
+    ASSERT_TRUE(s.Construct(L"ac"));
+    LmTest::LogCapture log;
+    Error::SetError(0);
+    EXPECT_FALSE(s.Insert(L"", 0));
+    EXPECT_EQ(7u, Error::GetError());
+    EXPECT_TRUE(LmTest::loggedNativeError(log, "LmString", 7));
+    EXPECT_TRUE(s.Append(L""));
+    EXPECT_TRUE(s.Insert((const wchar_t*)nullptr, 99));
+    EXPECT_TRUE(s.Insert(L"b", 1));
+    EXPECT_TRUE(s.Insert(L"d", 3)); // at the length: appends
+    EXPECT_EQ(L"abcd", text(s));
+    Error::SetError(0);
+    EXPECT_FALSE(s.Insert(L"x", 5));
+    EXPECT_EQ(3u, Error::GetError());
+    EXPECT_FALSE(s.Insert(L"x", -1));
+    EXPECT_EQ(L"abcd", text(s));
+}
+
+TEST(LmString, EditingWithItsOwnContents)
+{
+    LmString s;
+    ASSERT_TRUE(s.Construct(L"ab"));
+    EXPECT_TRUE(s.Append(&s));
+    EXPECT_EQ(L"abab", text(s));
+    EXPECT_TRUE(s.Insert(&s, 2));
+    EXPECT_EQ(L"abababab", text(s));
+    EXPECT_TRUE(s.Set(s.GetPointer()));
+    EXPECT_EQ(8, s.GetLength());
+    EXPECT_TRUE(s.SetSubstring(&s, 1, 2));
+    EXPECT_EQ(L"ba", text(s));
+}
+
+TEST(LmString, RemoveAndSubstringRanges)
+{
+    LmString s;
+    ASSERT_TRUE(s.Construct("abcde"));
+    Error::SetError(0);
+    EXPECT_FALSE(s.Remove(5, 0));
+    EXPECT_EQ(3u, Error::GetError());
+    EXPECT_FALSE(s.Remove(3, 3));
+    EXPECT_EQ(7u, Error::GetError());
+    EXPECT_FALSE(s.Remove(1, -1));
+    EXPECT_TRUE(s.Remove(1, 2));
+    EXPECT_EQ(L"ade", text(s));
+    EXPECT_TRUE(s.Remove(1, 2));
+    EXPECT_EQ(L"a", text(s));
+
+    LmString src, sub;
+    ASSERT_TRUE(src.Construct("hello"));
+    ASSERT_TRUE(sub.Construct());
+    EXPECT_TRUE(sub.SetSubstring(&src, 1, 3));
+    EXPECT_EQ(L"ell", text(sub));
+    EXPECT_TRUE(sub.SetSubstring(&src, 2, 1));
+    EXPECT_EQ(L"", text(sub));
+    // The range is not held to the source's length; nothing past its end is read.
+    EXPECT_TRUE(sub.SetSubstring(&src, 2, 40));
+    EXPECT_EQ(L"llo", text(sub));
+    EXPECT_TRUE(sub.SetSubstring(&src, 9, 12));
+    EXPECT_EQ(0, sub.GetLength());
+    LmString empty;
+    ASSERT_TRUE(empty.Construct());
+    Error::SetError(0);
+    EXPECT_FALSE(sub.SetSubstring(&empty, 0, 0));
+    EXPECT_EQ(7u, Error::GetError());
+}
+
+TEST(LmString, CountedConstructionCopiesExactlyNCharacters)
+{
+    LmString a, b, c;
+    ASSERT_TRUE(a.Construct(L"abcdef", 3));
+    EXPECT_EQ(L"abc", text(a));
+    ASSERT_TRUE(b.Construct(&a, 10));
+    EXPECT_EQ(L"abc", text(b));
+    ASSERT_TRUE(c.Construct(&a, 0));
+    EXPECT_EQ(0, c.GetLength());
+    LmString d;
+    Error::SetError(0);
+    EXPECT_FALSE(d.Construct(L"abc", -1));
+    EXPECT_EQ(7u, Error::GetError());
+    EXPECT_EQ(nullptr, d.GetPointer());
+}
+
+TEST(LmString, NullBufferReadsAsEmpty)
+{
+    LmString s;
+    ASSERT_TRUE(s.Construct());
+    EXPECT_EQ(nullptr, s.GetPointer());
+    EXPECT_EQ(0, s.GetLength());
+    EXPECT_EQ(1, s.GetUTF8Size());
+    EXPECT_EQ("", utf8(s));
+    EXPECT_EQ(1, s.GetUTF16Size());
+    EXPECT_EQ(u"", utf16(s));
+    EXPECT_EQ(-1, s.Find(L""));
+    EXPECT_EQ(0, s.ReverseFind(L""));
+    EXPECT_EQ(0, s.CompareTo(""));
+    wchar_t c = L'x';
+    EXPECT_FALSE(s.GetChar(0, &c));
+    EXPECT_TRUE(s.Insert(L"z", 0));
+    EXPECT_EQ(L"z", text(s));
+    EXPECT_TRUE(s.Set((const char*)nullptr));
+    EXPECT_EQ(nullptr, s.GetPointer());
+    EXPECT_TRUE(s.Append("q"));
+    EXPECT_EQ(L"q", text(s));
+    EXPECT_TRUE(s.Clear());
+    EXPECT_EQ(0, s.GetLength());
+}
+
+TEST(LmString, UnconstructedAndTwiceConstructed)
+{
+    LmString s;
+    LmTest::LogCapture log;
+    Error::SetError(0);
+    EXPECT_EQ(-1, s.GetLength());
+    EXPECT_EQ(8u, Error::GetError());
+    EXPECT_EQ(-1, s.GetUTF8Size());
+    EXPECT_EQ(-1, s.GetUTF16Size());
+    EXPECT_EQ(nullptr, s.GetUTF16());
+    EXPECT_FALSE(s.Append(L"a"));
+    EXPECT_FALSE(s.Set(L"a"));
+    char buf[4] = "zz";
+    EXPECT_FALSE(s.GetUTF8(buf, 4));
+    EXPECT_TRUE(LmTest::loggedNativeError(log, "LmString", 8));
+
+    ASSERT_TRUE(s.Construct(L"a"));
+    EXPECT_FALSE(s.Construct(L"b"));
+    EXPECT_EQ(4u, Error::GetError());
+    EXPECT_TRUE(LmTest::loggedNativeError(log, "LmString", 4));
+    EXPECT_EQ(L"a", text(s));
+    LmString t;
+    EXPECT_FALSE(t.Construct((const char*)nullptr));
+    EXPECT_EQ(7u, Error::GetError());
+}
+
+// The host program never calls setlocale: decoding must not depend on the C locale.
+TEST(LmString, DecodesUtf8WithoutTheLocale)
+{
+    LmString s;
+    ASSERT_TRUE(s.Construct("a\xc3\xa9\xe2\x82\xac\xf0\x9f\x98\x80"));
+    EXPECT_EQ(std::wstring(L"a\u00e9\u20ac\U0001F600"), text(s));
+    EXPECT_EQ("a\xc3\xa9\xe2\x82\xac\xf0\x9f\x98\x80", utf8(s));
+
+    LmString bad;
+    ASSERT_TRUE(bad.Construct("a\xff" "b\xe2\x82"));
+    EXPECT_EQ(std::wstring(L"a\uFFFDb\uFFFD"), text(bad));
+    LmString overlong;
+    ASSERT_TRUE(overlong.Construct("\xc0\xaf"));
+    EXPECT_EQ(2, overlong.GetLength());
+    EXPECT_EQ(L'\uFFFD', overlong.GetPointer()[0]);
+}
+
+TEST(LmString, Utf8SizesFollowTheSixByteTable)
+{
+    LmString s;
+    ASSERT_TRUE(s.Construct(L"\u00e9"));
+    EXPECT_EQ(3, s.GetUTF8Size());
+    const wchar_t wide[] = {0x7F, 0x80, 0x7FF, 0x800, 0xFFFF, 0x10000, 0x1FFFFF, 0x200000, 0x3FFFFFF, 0x4000000, 0};
+    ASSERT_TRUE(s.Set(wide));
+    EXPECT_EQ(1 + 1 + 2 + 2 + 3 + 3 + 4 + 4 + 5 + 5 + 6, s.GetUTF8Size());
+    // Values that are not Unicode scalars come out as U+FFFD, within the counted size.
+    EXPECT_EQ("\x7f\xc2\x80\xdf\xbf\xe0\xa0\x80\xef\xbf\xbf\xf0\x90\x80\x80"
+              "\xef\xbf\xbd\xef\xbf\xbd\xef\xbf\xbd\xef\xbf\xbd",
+              utf8(s));
+    const wchar_t surrogate[] = {0xD800, (wchar_t)-5, 0};
+    ASSERT_TRUE(s.Set(surrogate));
+    EXPECT_EQ(3 + 6 + 1, s.GetUTF8Size());
+    EXPECT_EQ("\xef\xbf\xbd\xef\xbf\xbd", utf8(s));
+}
+
+TEST(LmString, Utf8OutputKeepsToTheGivenSize)
+{
+    LmString s;
+    ASSERT_TRUE(s.Construct(L"a\u00e9b"));
+    char buf[8];
+    memset(buf, 'X', sizeof buf);
+    EXPECT_TRUE(s.GetUTF8(buf, 0));
+    EXPECT_EQ('X', buf[0]);
+    EXPECT_TRUE(s.GetUTF8(buf, 3)); // é does not fit in the two bytes left: cut before it
+    EXPECT_STREQ("a", buf);
+    EXPECT_EQ('X', buf[3]);
+    EXPECT_TRUE(s.GetUTF8(buf, 4));
+    EXPECT_STREQ("a\xc3\xa9", buf);
+    Error::SetError(0);
+    EXPECT_FALSE(s.GetUTF8(buf, -1));
+    EXPECT_EQ(7u, Error::GetError());
+    EXPECT_FALSE(s.GetUTF8(nullptr, 4));
+}
+
+TEST(LmString, Utf16CountsUFFFFAsAPair)
+{
+    LmString s;
+    ASSERT_TRUE(s.Construct(L"\U0001F600"));
+    EXPECT_EQ(3, s.GetUTF16Size());
+    EXPECT_EQ(std::u16string(u"\xD83D\xDE00"), utf16(s));
+    ASSERT_TRUE(s.Set(L"\uFFFF"));
+    EXPECT_EQ(3, s.GetUTF16Size());
+    EXPECT_EQ(std::u16string(u"\xDBFF\xDFFF"), utf16(s));
+    const wchar_t mixed[] = {L'a', 0xFFFE, 0x110000, 0x10FFFF, 0};
+    ASSERT_TRUE(s.Set(mixed));
+    EXPECT_EQ(1 + 1 + 1 + 2 + 1, s.GetUTF16Size());
+    EXPECT_EQ(std::u16string(u"a\xFFFE\xFFFD\xDBFF\xDFFF"), utf16(s));
+}
+
+TEST(LmString, Utf32To16NeverWritesPastN)
+{
+    char16_t out[4] = {1, 1, 1, 1};
+    // Room for "a" and the terminator only: the pair that follows is not split.
+    EXPECT_EQ(2, LmStringImpl::UTF32To16(out, L"a\U0001F600", 2));
+    EXPECT_EQ(u'a', out[0]);
+    EXPECT_EQ(0, out[1]);
+    EXPECT_EQ(1, out[2]);
+    EXPECT_EQ(0, LmStringImpl::UTF32To16(out, L"a", 0));
+    EXPECT_EQ(1, LmStringImpl::UTF32To16(out, nullptr, 4));
+    EXPECT_EQ(0, out[0]);
+}
+
+TEST(LmString, GetCharBounds)
+{
+    LmString s;
+    ASSERT_TRUE(s.Construct(L"xy"));
+    wchar_t c = 0;
+    EXPECT_TRUE(s.GetChar(1, &c));
+    EXPECT_EQ(L'y', c);
+    Error::SetError(0);
+    EXPECT_FALSE(s.GetChar(2, &c));
+    EXPECT_EQ(3u, Error::GetError());
+    EXPECT_FALSE(s.GetChar(0, nullptr));
+    EXPECT_EQ(7u, Error::GetError());
+}
