@@ -123,6 +123,8 @@ int LmStroke::doPostProcessing(ParamPostProcessing* pp)
 {
     LmMaskBox box;
     if (!property || !box.take(pp)) return 0;
+    // No glyph, no edge: without this an inside stroke would fill the inverse of nothing.
+    if (box.width() == 0 || box.height() == 0) return 0;
     const bool centre = property->position == 0;
     const float r = centre ? (float)(property->size * 0.5) : property->size;
 

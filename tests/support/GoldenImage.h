@@ -1,0 +1,31 @@
+#ifndef LMFONTEFFECT_TESTS_GOLDENIMAGE_H
+#define LMFONTEFFECT_TESTS_GOLDENIMAGE_H
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace LmTest {
+
+// 8-bit RGBA images kept as PNG files under tests/golden/, compared byte for byte. With the
+// environment variable LM_UPDATE_GOLDEN=1 a comparison writes the image as the new golden
+// file instead (and passes), for regenerating after an intended change.
+class GoldenImage {
+public:
+    // Bytes R, G, B, A per pixel, rows packed.
+    static bool writePng(const std::string& path, unsigned width, unsigned height, const unsigned char* rgba);
+    static bool readPng(const std::string& path, unsigned* width, unsigned* height, std::vector<unsigned char>* rgba);
+
+    static bool updateRequested();
+    static std::string pathOf(const std::string& name);
+
+    // Compares the image with tests/golden/<name>.png. On a mismatch the image is written as
+    // golden-actual/<name>.png below the working folder, and the message says where.
+    static ::testing::AssertionResult matches(const std::string& name, unsigned width, unsigned height,
+                                              const unsigned char* rgba);
+};
+
+} // namespace LmTest
+
+#endif
