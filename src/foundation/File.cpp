@@ -123,31 +123,31 @@ int File::Seek(long offset, int whence)
     return f ? fseek(f, offset, whence) : -1;
 }
 
-long File::Tell()
+long File::Tell() const
 {
     FILE* f = GetFilePointer();
     return f ? ftell(f) : -1;
 }
 
-int File::Eof()
+int File::Eof() const
 {
     FILE* f = GetFilePointer();
     return f ? feof(f) : -1;
 }
 
-int File::Error()
+int File::Error() const
 {
     FILE* f = GetFilePointer();
     return f ? ferror(f) : -1;
 }
 
-int File::GetFileDescriptor()
+int File::GetFileDescriptor() const
 {
     FILE* f = GetFilePointer();
     return f ? fileno(f) : -1;
 }
 
-FILE* File::GetFilePointer() { return mRecord ? mRecord->stream : nullptr; }
+FILE* File::GetFilePointer() const { return mRecord ? mRecord->stream : nullptr; }
 
 void File::Close()
 {

@@ -26,11 +26,11 @@ public:
     unsigned long Write(void const* buffer, unsigned long size, unsigned long n);
     // -1 when not open.
     int Seek(long offset, int whence);
-    long Tell();
-    int Eof();
-    int Error();
-    int GetFileDescriptor();
-    FILE* GetFilePointer();
+    long Tell() const;
+    int Eof() const;
+    int Error() const;
+    int GetFileDescriptor() const;
+    FILE* GetFilePointer() const;
     void Close();
 
     // access / unlink / rename; the LmString forms convert to UTF-8 first. -1 with error 7

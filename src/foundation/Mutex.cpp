@@ -14,7 +14,9 @@ const char* const kTag = "Lm_Mutex";
 }
 
 struct MutexRecord {
-    pthread_mutex_t mutex;
+    // Statically initialised as well, so a record whose initialisation failed still holds
+    // a usable mutex.
+    pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
     int32_t count = 0;
     // Read by threads that do not hold the lock (the recursion check), hence atomic; a
     // thread only ever finds its own id here while it owns the mutex. 0 when free.
