@@ -1,0 +1,339 @@
+#include "text/EndToEndSupport.h"
+
+#include "effect/LmEffect.h"
+#include "foundation/LmString.h"
+#include "text/LmFontDrawing.h"
+#include "text/LmView.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <random>
+
+using namespace LmFontEffect;
+using namespace LmTest;
+
+namespace {
+
+constexpr uint32_t kTextColour = 0xFFC03010u;
+
+class EndToEnd : public ::testing::Test {
+protected:
+    void SetUp() override { freshFontManager(false); }
+    void TearDown() override { freshFontManager(false); }
+
+    // A constructed object with the text, DejaVu Sans at `size`, the text colour and a view.
+    void prepare(LmTextObject& object, const wchar_t* text, float size, int viewW, int viewH, int gravity,
+                 int padding = 10)
+    {
+        ASSERT_EQ(1, object.Construct());
+        ASSERT_EQ(1, object.SetText(text));
+        ASSERT_EQ(1, object.SetFont(kSansPath));
+        LmPaint paint;
+        paint.setTextSize(size);
+        object.SetPaint(paint);
+        object.SetTextColor(kTextColour);
+        ASSERT_EQ(1, object.GetView()->SetSize(viewW, viewH));
+        object.GetView()->SetPadding(padding, padding, padding, padding);
+        object.GetView()->gravity = gravity;
+    }
+
+    // Renders as the bridge does: the bitmap is the view plus the stack's margins.
+    const uint32_t* render(LmTextObject& object)
+    {
+        LmView* view = object.GetView();
+        LmEffect* effect = object.GetEffect();
+        bw = view->GetWidth() + effect->getLeftOffset() + effect->getRightOffset();
+        bh = view->GetHeight() + effect->getTopOffset() + effect->getBottomOffset();
+        view->SetBitmapWidth(bw);
+        view->SetBitmapHeight(bh);
+        return object.RenderTextEffect(bw, bh);
+    }
+
+    // Every pixel of the output against the expected line masks placed at (x, baseline),
+    // with `outside` (transparent, or a background colour) everywhere else.
+    void expectLines(const uint32_t* px, const std::vector<std::pair<LineMask, std::pair<int, int>>>& lines,
+                     uint32_t outside = 0)
+    {
+        std::vector<int> cover((size_t)bw * bh, -1);
+        for (const auto& [mask, at] : lines) {
+            for (int y = 0; y < mask.height; y++) {
+                for (int x = 0; x < mask.width; x++) {
+                    const int ox = at.first + x, oy = at.second + mask.top + y;
+                    if (ox >= 0 && oy >= 0 && ox < bw && oy < bh) cover[(size_t)oy * bw + ox] = mask.at(x, y);
+                }
+            }
+        }
+        int mismatches = 0;
+        for (int y = 0; y < bh; y++) {
+            for (int x = 0; x < bw; x++) {
+                const int c = cover[(size_t)y * bw + x];
+                const uint32_t p = pixelAt(px, bw, x, y);
+                bool ok;
+                if (c == 255) ok = p == kTextColour;
+                else if (c <= 0) ok = p == outside;
+                // Edge pixels: the alpha follows the coverage (their colour loses precision when
+                // the stack un-premultiplies a faint pixel).
+                else ok = outside != 0 || std::abs((int)(p >> 24) - c) <= 2;
+                if (!ok && ++mismatches <= 5) ADD_FAILURE() << "pixel (" << x << ", " << y << ") = " << std::hex << p
+                                                            << " coverage " << std::dec << c;
+            }
+        }
+        EXPECT_EQ(0, mismatches);
+    }
+
+    int bw = 0;
+    int bh = 0;
+};
+
+} // namespace
+
+TEST_F(EndToEnd, HelloDrawsGlyphPixelsInTheTextColourAndNothingElse)
+{
+    LmTextObject object;
+    prepare(object, L"Hello", 48.0f, 260, 90, 0x33);
+    giveLines(object, {newLine(10, 55, 0, 5)});
+    const uint32_t* px = render(object);
+    ASSERT_NE(nullptr, px);
+    EXPECT_EQ(260, bw);
+    EXPECT_EQ(90, bh);
+
+    LmPaint paint;
+    paint.setTextSize(48.0f);
+    auto tf = LmTypeface::createFromFamilies({familyOf(kSansPath)}, 400, false);
+    LineMask mask = expectedLineMask(u"Hello", 0, 5, paint, *tf);
+    EXPECT_GT(mask.width, 100);
+    expectLines(px, {{mask, {10, 55}}});
+
+    // The line box now spans the drawn advance.
+    const LineInfo* line = static_cast<const LineInfo*>(object.GetLineInfo()->Get(0));
+    EXPECT_EQ(10, line->bounds.left);
+    EXPECT_EQ(10 + mask.width, line->bounds.right);
+}
+
+TEST_F(EndToEnd, EffectMarginsGrowTheBitmapAndMoveTheText)
+{
+    LmTextObject object;
+    prepare(object, L"Hello", 48.0f, 260, 90, 0x33);
+    giveLines(object, {newLine(10, 55, 0, 5)});
+    ASSERT_GE(object.GetEffect()->addOuterShadowText(45.0f, 6.0f, 4.0f, 0xFF000000u, 0.5f), 0);
+    const int left = object.GetEffect()->getLeftOffset(), top = object.GetEffect()->getTopOffset();
+    const int right = object.GetEffect()->getRightOffset(), bottom = object.GetEffect()->getBottomOffset();
+    ASSERT_GT(left + right + top + bottom, 0);
+    const uint32_t* px = render(object);
+    ASSERT_NE(nullptr, px);
+    EXPECT_EQ(260 + left + right, bw);
+    EXPECT_EQ(90 + top + bottom, bh);
+    EXPECT_EQ(bw, object.GetView()->GetBitmapWidth());
+
+    LmPaint paint;
+    paint.setTextSize(48.0f);
+    auto tf = LmTypeface::createFromFamilies({familyOf(kSansPath)}, 400, false);
+    LineMask mask = expectedLineMask(u"Hello", 0, 5, paint, *tf);
+    // Fully covered glyph pixels show the text over its shadow, moved by the margins.
+    int solid = 0;
+    for (int y = 0; y < mask.height; y++) {
+        for (int x = 0; x < mask.width; x++) {
+            if (mask.at(x, y) != 255) continue;
+            solid++;
+            EXPECT_EQ(kTextColour, pixelAt(px, bw, 10 + left + x, 55 + top + mask.top + y));
+        }
+    }
+    EXPECT_GT(solid, 300);
+    EXPECT_EQ(0u, pixelAt(px, bw, 0, 0));
+    EXPECT_EQ(0u, pixelAt(px, bw, bw - 1, bh - 1));
+    const LineInfo* line = static_cast<const LineInfo*>(object.GetLineInfo()->Get(0));
+    EXPECT_EQ(10 + left, line->bounds.left);
+    EXPECT_EQ(10 + left + mask.width, line->bounds.right);
+    EXPECT_EQ(55 - 40 + top, line->bounds.top);
+    EXPECT_EQ(55 + 12 + top, line->bounds.bottom);
+}
+
+TEST_F(EndToEnd, EachGravityClipsToItsRectangle)
+{
+    struct Case {
+        int gravity;
+        int l, t, r, b;  // expected clip, from the padded view of 120 x 60 with padding 10
+    };
+    for (const Case& c : {Case{0x33, 0, 0, 110, 50}, Case{0x55, 10, 10, 120, 60}, Case{0x11, 10, 10, 110, 50},
+                          Case{0x53, 0, 10, 110, 60}, Case{0x35, 10, 0, 120, 50}}) {
+        LmTextObject object;
+        prepare(object, L"Hello", 48.0f, 120, 60, c.gravity);
+        // A line box over the whole bitmap paints the clip rectangle with the background.
+        LineInfo* line = newLine(0, 45, 0, 5);
+        line->bounds = LmRect(0, -1000, 1000, 1000);
+        giveLines(object, {line});
+        object.SetBackgroundColor(0xFF00FF00u, true);
+        const uint32_t* px = render(object);
+        ASSERT_NE(nullptr, px);
+        for (int y = 0; y < bh; y++) {
+            for (int x = 0; x < bw; x++) {
+                const bool inside = x >= c.l && x < c.r && y >= c.t && y < c.b;
+                ASSERT_EQ(inside, (pixelAt(px, bw, x, y) >> 24) != 0)
+                    << "gravity " << std::hex << c.gravity << std::dec << " at (" << x << ", " << y << ")";
+            }
+        }
+    }
+}
+
+TEST_F(EndToEnd, LineBackgroundsFillEachLineBoxUnderTheText)
+{
+    LmTextObject object;
+    prepare(object, L"Hi\nyo", 30.0f, 200, 100, 0x33, 0);
+    giveLines(object, {newLine(5, 35, 0, 2), newLine(40, 80, 3, 5)});
+    const uint32_t background = 0xFF2040A0u;
+    object.SetBackgroundColor(background, true);
+    const uint32_t* px = render(object);
+    ASSERT_NE(nullptr, px);
+
+    LmPaint paint;
+    paint.setTextSize(30.0f);
+    auto tf = LmTypeface::createFromFamilies({familyOf(kSansPath)}, 400, false);
+    LineMask hi = expectedLineMask(u"Hi\nyo", 0, 2, paint, *tf);
+    LineMask yo = expectedLineMask(u"Hi\nyo", 3, 5, paint, *tf);
+    struct Box {
+        int l, t, r, b;
+        const LineMask* mask;
+        int x, baseline;
+    };
+    const Box boxes[] = {{5, -5, 5 + hi.width, 47, &hi, 5, 35}, {40, 40, 40 + yo.width, 92, &yo, 40, 80}};
+    for (int y = 0; y < bh; y++) {
+        for (int x = 0; x < bw; x++) {
+            const uint32_t p = pixelAt(px, bw, x, y);
+            const Box* in = nullptr;
+            for (const Box& b : boxes)
+                if (x >= b.l && x < b.r && y >= b.t && y < b.b) in = &b;
+            if (!in) {
+                ASSERT_EQ(0u, p) << x << "," << y;
+                continue;
+            }
+            const int mx = x - in->x, my = y - in->baseline - in->mask->top;
+            const int c = (mx >= 0 && my >= 0 && mx < in->mask->width && my < in->mask->height) ? in->mask->at(mx, my) : 0;
+            if (c == 0) {
+                ASSERT_EQ(background, p) << x << "," << y;
+            } else if (c == 255) {
+                ASSERT_EQ(kTextColour, p) << x << "," << y;
+            }
+        }
+    }
+}
+
+TEST_F(EndToEnd, LatinThenHanDrawsBothThroughTheFallbackFamily)
+{
+    freshFontManager(true);
+    LmTextObject object;
+    prepare(object, L"Hi \u4E2D\u6587", 40.0f, 240, 70, 0x33, 0);
+    giveLines(object, {newLine(0, 45, 0, 5)});
+    const uint32_t* px = render(object);
+    ASSERT_NE(nullptr, px);
+
+    // Registering the text's scripts loaded a system family that has the ideographs.
+    std::vector<std::shared_ptr<LmPlatformFamily>> families;
+    int weight = 400;
+    LmString user;
+    user.Construct(kSansPath);
+    ASSERT_TRUE(FontManager::GetInstance()->GetMinikinFontFamilies(nullptr, families, &user, weight));
+    bool han = false;
+    for (const auto& f : families) han = han || f->hasGlyph(0x4E2D);
+    EXPECT_TRUE(han);
+
+    LmPaint paint;
+    paint.setTextSize(40.0f);
+    LineMask mask = expectedLineMask(u"Hi \u4E2D\u6587", 0, 5, paint, *sansWithCjk());
+    expectLines(px, {{mask, {0, 45}}});
+    // The ideographs' half of the mask has ink of its own.
+    int hanInk = 0;
+    for (int y = 0; y < mask.height; y++)
+        for (int x = mask.width / 2; x < mask.width; x++) hanInk += mask.at(x, y) == 255;
+    EXPECT_GT(hanInk, 100);
+}
+
+TEST_F(EndToEnd, RightToLeftLinesAreShapedRightToLeft)
+{
+    LmTextObject object;
+    prepare(object, L"\u05E9\u05DC\u05D5\u05DD\n\u0645\u0631\u062D\u0628\u0627", 36.0f, 200, 110, 0x33, 0);
+    giveLines(object, {newLine(0, 40, 0, 4, -1), newLine(0, 90, 5, 10, 1)});
+    const uint32_t* px = render(object);
+    ASSERT_NE(nullptr, px);
+
+    LmPaint paint;
+    paint.setTextSize(36.0f);
+    auto tf = LmTypeface::createFromFamilies({familyOf(kSansPath)}, 400, false);
+    const std::u16string text = u"\u05E9\u05DC\u05D5\u05DD\n\u0645\u0631\u062D\u0628\u0627";
+    LineMask hebrew = expectedLineMask(text, 0, 4, paint, *tf, LmLayoutUtils::kBidiDefaultRTL);
+    LineMask arabic = expectedLineMask(text, 5, 10, paint, *tf, LmLayoutUtils::kBidiDefaultLTR);
+    expectLines(px, {{hebrew, {0, 40}}, {arabic, {0, 90}}});
+
+    // Shaped right to left: the first letter of the Hebrew word is at the right end.
+    std::vector<uint16_t> units = utf16(text);
+    LmLayout l = LmLayoutUtils::doLayout(paint, LmLayoutUtils::kBidiDefaultRTL, tf.get(), units.data(), units.size(),
+                                         0, 4, 0, 4);
+    EXPECT_EQ(loadFont(kSansPath)->GetGlyphId(0x05E9), l.getGlyphId(3));
+}
+
+TEST_F(EndToEnd, BadFontsAndTextsFailOrDrawNothing)
+{
+    LmTextObject object;
+    ASSERT_EQ(1, object.Construct());
+    EXPECT_EQ(0, object.SetFont("/no/such/font.ttf"));
+
+    std::mt19937 rng(3);
+    char* noise = new char[5000];
+    for (int i = 0; i < 5000; i++) noise[i] = (char)rng();
+    EXPECT_EQ(0, object.SetFont("noise.ttf", noise, 5000));
+
+    // A truncated copy may be accepted (tables are read lazily); drawing with it is safe.
+    std::vector<unsigned char> good = readFileBytes(kSansPath);
+    for (size_t cut : {good.size() / 3, (size_t)64}) {
+        char* part = new char[cut];
+        std::memcpy(part, good.data(), cut);
+        const std::string name = "truncated-" + std::to_string(cut) + ".ttf";
+        object.SetFont(name.c_str(), part, (unsigned)cut);
+        object.SetText(L"Hello \u4E2D");
+        giveLines(object, {newLine(0, 40, 0, 7)});
+        object.GetView()->SetSize(100, 50);
+        object.RenderTextEffect(100, 50);
+    }
+
+    // Without any font nothing is drawn.
+    LmTextObject bare;
+    ASSERT_EQ(1, bare.Construct());
+    bare.SetText(L"Hello");
+    giveLines(bare, {newLine(0, 40, 0, 5)});
+    const uint32_t* px = bare.RenderTextEffect(60, 50);
+    ASSERT_NE(nullptr, px);
+    for (int i = 0; i < 60 * 50; i++) ASSERT_EQ(0u, px[i]);
+}
+
+TEST_F(EndToEnd, DegenerateTextsAndSizesNeverCrash)
+{
+    const wchar_t lone[] = {0xD800, 'a', 0xDC00, 0xDBFF, 0};
+    for (const wchar_t* text : {L"", lone}) {
+        LmTextObject object;
+        prepare(object, text, 30.0f, 80, 40, 0x33);
+        giveLines(object, {newLine(0, 30, 0, (int)wcslen(text)), newLine(0, 30, -5, 99), newLine(0, 30, 3, 1)});
+        const uint32_t* px = render(object);
+        ASSERT_NE(nullptr, px);
+        if (text[0] == 0) {
+            for (int i = 0; i < bw * bh; i++) ASSERT_EQ(0u, px[i]);
+        }
+    }
+    LmTextObject object;
+    prepare(object, L"Hello", 30.0f, 80, 40, 0x33);
+    giveLines(object, {newLine(0, 30, 0, 5)});
+    object.RenderTextEffect(0, 0);
+    object.RenderTextEffect(0, 40);
+    object.RenderTextEffect(-5, -7);
+    // Past the bitmap cap: no pixels, no crash.
+    EXPECT_EQ(nullptr, object.RenderTextEffect(100000, 100000));
+    // Sizes that no glyph can be drawn at.
+    for (float size : {0.0f, -12.0f, 1e9f, std::nanf("")}) {
+        LmPaint paint;
+        paint.setTextSize(size);
+        object.SetPaint(paint);
+        const uint32_t* px = object.RenderTextEffect(80, 40);
+        ASSERT_NE(nullptr, px);
+        for (int i = 0; i < 80 * 40; i++) ASSERT_EQ(0u, px[i]);
+    }
+}
