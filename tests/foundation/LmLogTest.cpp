@@ -73,15 +73,6 @@ TEST_F(LmLogTest, FileNameOf256CharactersSuppressesTheLine)
     EXPECT_TRUE(log.lines().empty());
 }
 
-TEST_F(LmLogTest, LongMessagesAreCut)
-{
-    std::string big(3000, 'm');
-    LmLog::printLog(LM_LOG_INFO, "f.c", "%s", big.c_str());
-    ASSERT_EQ(1u, log.lines().size());
-    EXPECT_LT(log.lines()[0].message.size(), 1024u);
-    EXPECT_EQ(0u, log.lines()[0].message.rfind("[f] mmm", 0));
-}
-
 TEST_F(LmLogTest, TimingNeedsItsOwnBit)
 {
     LmLog::setPrintLogLevel(LM_LOG_INFO);

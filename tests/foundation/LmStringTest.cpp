@@ -50,11 +50,6 @@ TEST(LmString, SearchStopsShortOfTheLastPositionButReverseSearchDoesNot)
     EXPECT_EQ(-1, s.Find(L"abcd"));
     EXPECT_EQ(-1, s.ReverseFind("abcd"));
 
-    LmString t;
-    ASSERT_TRUE(t.Construct(L"abab"));
-    EXPECT_EQ(0, t.Find("ab"));
-    EXPECT_EQ(2, t.ReverseFind("ab"));
-
     Error::SetError(0);
     EXPECT_EQ(-1, s.Find((const wchar_t*)nullptr));
     EXPECT_EQ(7u, Error::GetError());
@@ -67,9 +62,7 @@ TEST(LmString, CompareOrdersByLengthFirst)
     ASSERT_TRUE(aa.Construct("aa"));
     ASSERT_TRUE(ab.Construct("ab"));
     EXPECT_EQ(-1, b.CompareTo(&aa));
-    EXPECT_EQ(1, aa.CompareTo(&b));
     EXPECT_GT(ab.CompareTo(&aa), 0);
-    EXPECT_LT(aa.CompareTo(&ab), 0);
     EXPECT_EQ(0, aa.CompareTo("aa"));
     EXPECT_EQ(-1, b.CompareTo("aa"));
     // The C-string form weighs its length in bytes: é is one character but two bytes.
@@ -99,7 +92,6 @@ TEST(LmString, InsertRejectsAnEmptyStringThatAppendAccepts)
     Error::SetError(0);
     EXPECT_FALSE(s.Insert(L"x", 5));
     EXPECT_EQ(3u, Error::GetError());
-    EXPECT_FALSE(s.Insert(L"x", -1));
     EXPECT_EQ(L"abcd", text(s));
 }
 
@@ -129,8 +121,6 @@ TEST(LmString, RemoveAndSubstringRanges)
     EXPECT_FALSE(s.Remove(1, -1));
     EXPECT_TRUE(s.Remove(1, 2));
     EXPECT_EQ(L"ade", text(s));
-    EXPECT_TRUE(s.Remove(1, 2));
-    EXPECT_EQ(L"a", text(s));
 
     LmString src, sub;
     ASSERT_TRUE(src.Construct("hello"));
@@ -153,18 +143,14 @@ TEST(LmString, RemoveAndSubstringRanges)
 
 TEST(LmString, CountedConstructionCopiesExactlyNCharacters)
 {
-    LmString a, b, c;
+    LmString a, b, d;
     ASSERT_TRUE(a.Construct(L"abcdef", 3));
     EXPECT_EQ(L"abc", text(a));
-    ASSERT_TRUE(b.Construct(&a, 10));
+    ASSERT_TRUE(b.Construct(&a, 10)); // a shorter source is not read past its end
     EXPECT_EQ(L"abc", text(b));
-    ASSERT_TRUE(c.Construct(&a, 0));
-    EXPECT_EQ(0, c.GetLength());
-    LmString d;
     Error::SetError(0);
     EXPECT_FALSE(d.Construct(L"abc", -1));
     EXPECT_EQ(7u, Error::GetError());
-    EXPECT_EQ(nullptr, d.GetPointer());
 }
 
 TEST(LmString, NullBufferReadsAsEmpty)
@@ -173,23 +159,16 @@ TEST(LmString, NullBufferReadsAsEmpty)
     ASSERT_TRUE(s.Construct());
     EXPECT_EQ(nullptr, s.GetPointer());
     EXPECT_EQ(0, s.GetLength());
-    EXPECT_EQ(1, s.GetUTF8Size());
     EXPECT_EQ("", utf8(s));
-    EXPECT_EQ(1, s.GetUTF16Size());
     EXPECT_EQ(u"", utf16(s));
-    EXPECT_EQ(-1, s.Find(L""));
     EXPECT_EQ(0, s.ReverseFind(L""));
     EXPECT_EQ(0, s.CompareTo(""));
-    wchar_t c = L'x';
-    EXPECT_FALSE(s.GetChar(0, &c));
     EXPECT_TRUE(s.Insert(L"z", 0));
     EXPECT_EQ(L"z", text(s));
     EXPECT_TRUE(s.Set((const char*)nullptr));
     EXPECT_EQ(nullptr, s.GetPointer());
     EXPECT_TRUE(s.Append("q"));
     EXPECT_EQ(L"q", text(s));
-    EXPECT_TRUE(s.Clear());
-    EXPECT_EQ(0, s.GetLength());
 }
 
 TEST(LmString, UnconstructedAndTwiceConstructed)
@@ -200,12 +179,8 @@ TEST(LmString, UnconstructedAndTwiceConstructed)
     EXPECT_EQ(-1, s.GetLength());
     EXPECT_EQ(8u, Error::GetError());
     EXPECT_EQ(-1, s.GetUTF8Size());
-    EXPECT_EQ(-1, s.GetUTF16Size());
     EXPECT_EQ(nullptr, s.GetUTF16());
-    EXPECT_FALSE(s.Append(L"a"));
     EXPECT_FALSE(s.Set(L"a"));
-    char buf[4] = "zz";
-    EXPECT_FALSE(s.GetUTF8(buf, 4));
     EXPECT_TRUE(LmTest::loggedNativeError(log, "LmString", 8));
 
     ASSERT_TRUE(s.Construct(L"a"));
@@ -213,9 +188,9 @@ TEST(LmString, UnconstructedAndTwiceConstructed)
     EXPECT_EQ(4u, Error::GetError());
     EXPECT_TRUE(LmTest::loggedNativeError(log, "LmString", 4));
     EXPECT_EQ(L"a", text(s));
-    LmString t;
-    EXPECT_FALSE(t.Construct((const char*)nullptr));
-    EXPECT_EQ(7u, Error::GetError());
+    wchar_t c = 0;
+    EXPECT_FALSE(s.GetChar(1, &c));
+    EXPECT_EQ(3u, Error::GetError());
 }
 
 // The host program never calls setlocale: decoding must not depend on the C locale.
@@ -300,16 +275,3 @@ TEST(LmString, Utf32To16NeverWritesPastN)
     EXPECT_EQ(0, out[0]);
 }
 
-TEST(LmString, GetCharBounds)
-{
-    LmString s;
-    ASSERT_TRUE(s.Construct(L"xy"));
-    wchar_t c = 0;
-    EXPECT_TRUE(s.GetChar(1, &c));
-    EXPECT_EQ(L'y', c);
-    Error::SetError(0);
-    EXPECT_FALSE(s.GetChar(2, &c));
-    EXPECT_EQ(3u, Error::GetError());
-    EXPECT_FALSE(s.GetChar(0, nullptr));
-    EXPECT_EQ(7u, Error::GetError());
-}
