@@ -20,6 +20,7 @@
 
 #include <sys/stat.h>
 
+#include <cctype>
 #include <cerrno>
 #include <climits>
 #include <cmath>
@@ -38,6 +39,22 @@ const int kMaxViewSide = 16384;
 bool looksLikePath(const std::string& font)
 {
     return font.find('/') != std::string::npos || font.find('.') != std::string::npos;
+}
+
+// Lower case without spaces, dashes or underscores: "DejaVu Sans" and "DejaVuSans-Bold" meet.
+std::string squeezed(const std::string& s)
+{
+    std::string out;
+    for (char c : s)
+        if (c != ' ' && c != '-' && c != '_') out += (char)std::tolower((unsigned char)c);
+    return out;
+}
+
+bool isGenericFamily(const std::string& family)
+{
+    for (const char* g : {"sans", "sans-serif", "serif", "monospace", "mono", "cursive", "fantasy", "system-ui"})
+        if (family == g) return true;
+    return false;
 }
 
 // The fallback families for scripts the chosen font lacks, once per process.
@@ -162,7 +179,7 @@ int checkedSide(long value, const char* what)
 
 } // namespace
 
-std::string SceneRenderer::resolveFont(const std::string& font)
+std::string SceneRenderer::resolveFont(const std::string& font, std::string* note)
 {
     struct stat st;
     bool exists = stat(font.c_str(), &st) == 0;
@@ -177,6 +194,9 @@ std::string SceneRenderer::resolveFont(const std::string& font)
     if (path.empty())
         throw ToolError::failure("cannot find font family '" + font +
                                  "' through fontconfig (see fc-list, or give a file path)");
+    // fontconfig substitutes silently; say so when the file does not look like the family.
+    if (note && !isGenericFamily(font) && squeezed(path.substr(path.rfind('/') + 1)).find(squeezed(font)) == std::string::npos)
+        *note = "font family '" + font + "' is not installed as such; fontconfig chose " + path;
     return path;
 }
 
@@ -187,7 +207,7 @@ SceneRenderer::Result SceneRenderer::render(const Scene& scene)
         throw ToolError::usage("the text size " + std::to_string(scene.size) + " is outside 0..2000");
     if (scene.wrap && scene.width < 0) throw ToolError::usage("wrapping needs a view width (--width)");
 
-    const std::string fontPath = resolveFont(scene.font);
+    const std::string fontPath = resolveFont(scene.font, &result.fontNote);
     installSystemFonts();
 
     LmTextObject object;
@@ -243,10 +263,7 @@ SceneRenderer::Result SceneRenderer::render(const Scene& scene)
     lines.RemoveAll();
 
     LmEffect* effect = object.GetEffect();
-    for (const EffectSpec& spec : scene.effects) {
-        for (const std::string& note : spec.clampNotes()) result.notes.push_back(note);
-        EffectCatalog::addTo(*effect, spec);
-    }
+    for (const EffectSpec& spec : scene.effects) EffectCatalog::addTo(*effect, spec);
 
     // The bitmap is the view grown by the stack's margins, as the bridge sizes it.
     int bitmapWidth = result.viewWidth + effect->getLeftOffset() + effect->getRightOffset();

@@ -16,15 +16,15 @@ class SceneRenderer {
 public:
     struct Result {
         RgbaImage image;
-        std::string keyHex;               // the effect stack's key, text layer included
-        std::vector<std::string> notes;  // what the library clamps, one sentence each
+        std::string keyHex;    // the effect stack's key, text layer included
+        std::string fontNote;  // set when fontconfig gave a file that does not carry the family's name
         int viewWidth = 0;
         int viewHeight = 0;
     };
 
     // A font file path, or a family name that fontconfig resolves to a file. Unreadable files
     // and unknown families are ToolErrors (exit 1).
-    static std::string resolveFont(const std::string& font);
+    static std::string resolveFont(const std::string& font, std::string* note = nullptr);
 
     static Result render(const Scene& scene);
 };

@@ -95,8 +95,11 @@ int runRender(const CLI::App& sub, const RenderArgs& args)
     if (scene.text.empty()) throw ToolError::usage("no text to render: give --text or a scene with \"text\"");
     if (args.output.empty() && !args.printKey) throw ToolError::usage("no output: give -o FILE.png (or --key)");
 
+    // Said before rendering, so that the notes come also when the render fails.
+    for (const EffectSpec& spec : scene.effects)
+        for (const std::string& note : spec.clampNotes()) std::cerr << "lmtext: " << note << "\n";
     SceneRenderer::Result result = SceneRenderer::render(scene);
-    for (const std::string& note : result.notes) std::cerr << "lmtext: " << note << "\n";
+    if (!result.fontNote.empty()) std::cerr << "lmtext: " << result.fontNote << "\n";
     if (args.printKey) std::cout << result.keyHex << "\n";
     if (!args.output.empty()) {
         result.image.writePng(args.output);

@@ -1,0 +1,134 @@
+// How lmtext reads the values users type: colour forms, stops, padding, gravity, escapes,
+// and the notes it gives for values the library will change.
+#include "ToolRunner.h"
+
+#include <gtest/gtest.h>
+
+using LmTest::kToolFont;
+using LmTest::Png;
+using LmTest::readPng;
+using LmTest::runTool;
+using LmTest::ToolRun;
+
+namespace {
+
+const std::string kDir = LmTest::scratchDir();
+
+ToolRun keyOf(std::vector<std::string> extra)
+{
+    std::vector<std::string> args = {"render", "-t", "Hi", "-f", kToolFont, "--key"};
+    args.insert(args.end(), extra.begin(), extra.end());
+    return runTool(args);
+}
+
+TEST(LmTextValues, ColourFormsMeanTheSameColour)
+{
+    // The key ends with the text layer: 'T' and the colour's eight hex digits.
+    const std::string redText = "548f8f8f8f80808080\n";
+    for (const char* red : {"#F00", "#ff0000", "#FFFF0000", "0xff0000", "red", "RED"}) {
+        ToolRun r = keyOf({"-c", red});
+        ASSERT_EQ(r.exitCode, 0) << red << ": " << r.err;
+        EXPECT_EQ(r.out, redText) << red;
+    }
+    EXPECT_EQ(keyOf({"-c", "orange"}).out, "548f8f8f8f8a858080\n");
+}
+
+TEST(LmTextValues, TextAlphaIsTheOverallAlpha)
+{
+    ToolRun r = runTool({"render", "-t", "Hi", "-f", kToolFont, "-c", "#80000000", "--stroke", "size=2,color=#FF0000",
+                         "-o", kDir + "half.png"});
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+    Png png = readPng(kDir + "half.png");
+    unsigned maxAlpha = 0;
+    for (size_t i = 3; i < png.rgba.size(); i += 4) maxAlpha = std::max<unsigned>(maxAlpha, png.rgba[i]);
+    EXPECT_GE(maxAlpha, 120u);
+    EXPECT_LE(maxAlpha, 129u);
+}
+
+TEST(LmTextValues, EffectColourAlphaAndStopValuesAreNoted)
+{
+    ToolRun r = keyOf({"--stroke", "color=#80FF0000"});
+    EXPECT_EQ(r.exitCode, 0) << r.err;
+    EXPECT_NE(r.err.find("--stroke: color=#80FF0000: its alpha is ignored; the effect's opacity sets it"),
+              std::string::npos)
+        << r.err;
+
+    // Notes come before the render, so they appear whether or not this build has glows.
+    r = keyOf({"--outer-glow", "stops=#F00@1.5:2+#00F@-0.2+#0F0@0.555"});
+    EXPECT_NE(r.err.find("--outer-glow: stops[1] position=1.5 is outside 0..1; clamped to 1"), std::string::npos)
+        << r.err;
+    EXPECT_NE(r.err.find("--outer-glow: stops[1] opacity=2 is outside 0..1; clamped to 1"), std::string::npos);
+    EXPECT_NE(r.err.find("--outer-glow: stops[2] position=-0.2 is outside 0..1; clamped to 0"), std::string::npos);
+    EXPECT_NE(r.err.find("--outer-glow: stops[3] position=0.555 is truncated to 0.55"), std::string::npos);
+    EXPECT_EQ(r.err.find("stops[1] colour"), std::string::npos);
+
+    r = keyOf({"--bevel", "soften=20,depth=-1,altitude=100,opacity=0.5,technique=chisel,direction=down"});
+    EXPECT_NE(r.err.find("--bevel: soften=20 is outside 0..16; clamped to 16"), std::string::npos) << r.err;
+    EXPECT_NE(r.err.find("--bevel: depth=-1 is outside 0..10; clamped to 0"), std::string::npos);
+    EXPECT_NE(r.err.find("--bevel: altitude=100 wraps to 10 (range 0..89)"), std::string::npos);
+    EXPECT_EQ(r.err.find("opacity=0.5"), std::string::npos) << "values in range give no note";
+
+    r = keyOf({"--linear-gradient", "scale=3", "--pattern", "scale=12"});
+    EXPECT_NE(r.err.find("--linear-gradient: scale=3 is outside 0..2; clamped to 2"), std::string::npos) << r.err;
+    EXPECT_NE(r.err.find("--pattern: scale=12 is outside 0..10; clamped to 10"), std::string::npos) << r.err;
+}
+
+TEST(LmTextValues, ScenesTakeStopsAsListsOrText)
+{
+    LmTest::writeText(kDir + "stops.json", R"({"text": "Hi", "effects": [
+        {"type": "linear-gradient", "angle": 45,
+         "stops": [{"color": "#FF0000", "position": 0}, {"color": "#0000FF", "position": 2, "opacity": 0.5}]}]})");
+    ToolRun r = runTool({"render", kDir + "stops.json", "-f", kToolFont, "--key"});
+    EXPECT_NE(r.err.find("effects[0] (linear-gradient): stops[2] position=2 is outside 0..1; clamped to 1"),
+              std::string::npos)
+        << r.err;
+
+    LmTest::writeText(kDir + "bad-stop.json", R"({"text": "Hi", "effects": [
+        {"type": "linear-gradient", "stops": [{"color": "#FF0000", "place": 0}]}]})");
+    r = runTool({"render", kDir + "bad-stop.json", "-f", kToolFont, "--key"});
+    EXPECT_EQ(r.exitCode, 2);
+    EXPECT_NE(r.err.find("stops[0].place: unknown key; valid keys: color, position, opacity"), std::string::npos)
+        << r.err;
+
+    r = keyOf({"--linear-gradient", "stops=#F00@0+blue@x"});
+    EXPECT_EQ(r.exitCode, 2);
+    EXPECT_NE(r.err.find("--linear-gradient stops stop 2 position: 'x' is not a number"), std::string::npos) << r.err;
+}
+
+TEST(LmTextValues, PaddingGravityAndEscapes)
+{
+    auto size = [](const std::vector<std::string>& extra, const std::string& name) {
+        std::vector<std::string> args = {"render", "-t", "Hi", "-f", kToolFont, "-o", kDir + name};
+        args.insert(args.end(), extra.begin(), extra.end());
+        ToolRun r = runTool(args);
+        EXPECT_EQ(r.exitCode, 0) << r.err;
+        Png png = readPng(kDir + name);
+        return std::make_pair(png.width, png.height);
+    };
+    auto bare = size({}, "bare.png");
+    auto two = size({"-p", "5,10"}, "pad2.png");
+    auto four = size({"-p", "1,2,3,4"}, "pad4.png");
+    EXPECT_EQ(two.first, bare.first + 10);
+    EXPECT_EQ(two.second, bare.second + 20);
+    EXPECT_EQ(four.first, bare.first + 4);
+    EXPECT_EQ(four.second, bare.second + 6);
+
+    ToolRun r = keyOf({"-p", "1,2,3"});
+    EXPECT_EQ(r.exitCode, 2);
+    EXPECT_NE(r.err.find("--padding: padding is N, H,V or LEFT,TOP,RIGHT,BOTTOM, not '1,2,3'"), std::string::npos)
+        << r.err;
+
+    r = keyOf({"-g", "left|middle"});
+    EXPECT_EQ(r.exitCode, 2);
+    EXPECT_NE(r.err.find("--gravity: unknown gravity 'middle'; valid: left, right"), std::string::npos) << r.err;
+    EXPECT_EQ(keyOf({"-g", "0x55"}).exitCode, 0);
+    EXPECT_EQ(keyOf({"-g", "bottom"}).exitCode, 0);
+
+    // "\n" typed on the command line starts a line; "\\n" keeps a backslash and an n.
+    auto lines = size({"-t", "A\\nA"}, "escaped.png");
+    auto literal = size({"-t", "A\\\\nA"}, "literal.png");
+    EXPECT_GT(lines.second, literal.second);
+    EXPECT_LT(lines.first, literal.first);
+}
+
+} // namespace
