@@ -14,6 +14,28 @@ namespace {
 // and left of a right edge, i.e. the edge rounded half up.
 int pixelEdge(float v) { return lmToInt(std::floor((double)v + 0.5)); }
 
+// Kept local so the per-pixel loops inline it; mostly transparent images make the two
+// early exits the common case.
+inline void sourceOver(unsigned char* dst, const unsigned char* src)
+{
+    const unsigned sa = src[3];
+    if (sa == 0) return;
+    if (sa == 255) {
+        std::memcpy(dst, src, 4);
+        return;
+    }
+    // Unpremultiplied source-over: alpha a + b(1 - a); colour the premultiplied sum divided
+    // back by that alpha.
+    const double a = sa / 255.0;
+    const double b = dst[3] / 255.0;
+    const double outA = a + b * (1.0 - a);
+    for (int i = 0; i < 3; i++) {
+        const double c = (src[i] * a + dst[i] * b * (1.0 - a)) / outA;
+        dst[i] = (unsigned char)std::min(255.0, std::floor(c + 0.5));
+    }
+    dst[3] = (unsigned char)std::min(255.0, std::floor(outA * 255.0 + 0.5));
+}
+
 } // namespace
 
 LmCanvas::LmCanvas(unsigned char* pixels, int width, int height)
@@ -54,25 +76,7 @@ void LmCanvas::getClip(int* left, int* top, int* right, int* bottom) const
     if (bottom) *bottom = mClipBottom;
 }
 
-void LmCanvas::blendPixel(unsigned char* dst, const unsigned char* src)
-{
-    const unsigned sa = src[3];
-    if (sa == 0) return;
-    if (sa == 255) {
-        std::memcpy(dst, src, 4);
-        return;
-    }
-    // Unpremultiplied source-over: alpha a + b(1 - a); colour the premultiplied sum divided
-    // back by that alpha.
-    const double a = sa / 255.0;
-    const double b = dst[3] / 255.0;
-    const double outA = a + b * (1.0 - a);
-    for (int i = 0; i < 3; i++) {
-        const double c = (src[i] * a + dst[i] * b * (1.0 - a)) / outA;
-        dst[i] = (unsigned char)std::min(255.0, std::floor(c + 0.5));
-    }
-    dst[3] = (unsigned char)std::min(255.0, std::floor(outA * 255.0 + 0.5));
-}
+void LmCanvas::blendPixel(unsigned char* dst, const unsigned char* src) { sourceOver(dst, src); }
 
 void LmCanvas::drawRect(float left, float top, float right, float bottom, uint32_t argb)
 {
@@ -85,7 +89,7 @@ void LmCanvas::drawRect(float left, float top, float right, float bottom, uint32
                                   (unsigned char)(argb >> 24)};
     for (int y = t; y < b; y++) {
         unsigned char* p = mPixels + ((size_t)y * (size_t)mWidth + (size_t)l) * 4;
-        for (int x = l; x < r; x++, p += 4) blendPixel(p, src);
+        for (int x = l; x < r; x++, p += 4) sourceOver(p, src);
     }
 }
 
@@ -100,7 +104,7 @@ void LmCanvas::drawImage(const unsigned char* rgba, int width, int height, int x
     for (long long row = t; row < b; row++) {
         unsigned char* d = mPixels + ((size_t)row * (size_t)mWidth + (size_t)l) * 4;
         const unsigned char* s = rgba + ((size_t)(row - y) * (size_t)width + (size_t)(l - x)) * 4;
-        for (long long col = l; col < r; col++, d += 4, s += 4) blendPixel(d, s);
+        for (long long col = l; col < r; col++, d += 4, s += 4) sourceOver(d, s);
     }
 }
 
