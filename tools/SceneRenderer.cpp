@@ -115,9 +115,9 @@ public:
     {
         if (end <= start) return 0.0f;
         int context = LmFontDrawing::FindContextStart(mText, start);
-        LmLayout layout = LmLayoutUtils::doLayout(mPaint, LmLayoutUtils::kBidiDefaultLTR, mTypeface.get(),
-                                                  reinterpret_cast<const uint16_t*>(mText), (size_t)mBufSize, (size_t)start, (size_t)(end - start),
-                                                  (size_t)context, (size_t)(end - context));
+        LmLayout layout = LmLayoutUtils::doLayout(
+            mPaint, LmLayoutUtils::kBidiDefaultLTR, mTypeface.get(), reinterpret_cast<const uint16_t*>(mText),
+            (size_t)mBufSize, (size_t)start, (size_t)(end - start), (size_t)context, (size_t)(end - context));
         return layout.getAdvance();
     }
 
@@ -184,7 +184,8 @@ std::string SceneRenderer::resolveFont(const std::string& font, std::string* not
     struct stat st;
     bool exists = stat(font.c_str(), &st) == 0;
     if (exists || looksLikePath(font)) {
-        if (exists && S_ISDIR(st.st_mode)) throw ToolError::failure("cannot read font '" + font + "': it is a directory");
+        if (exists && S_ISDIR(st.st_mode))
+            throw ToolError::failure("cannot read font '" + font + "': it is a directory");
         FILE* f = std::fopen(font.c_str(), "rb");
         if (!f) throw ToolError::failure("cannot read font '" + font + "': " + std::strerror(errno));
         std::fclose(f);
@@ -195,7 +196,8 @@ std::string SceneRenderer::resolveFont(const std::string& font, std::string* not
         throw ToolError::failure("cannot find font family '" + font +
                                  "' through fontconfig (see fc-list, or give a file path)");
     // fontconfig substitutes silently; say so when the file does not look like the family.
-    if (note && !isGenericFamily(font) && squeezed(path.substr(path.rfind('/') + 1)).find(squeezed(font)) == std::string::npos)
+    const std::string file = squeezed(path.substr(path.rfind('/') + 1));
+    if (note && !isGenericFamily(font) && file.find(squeezed(font)) == std::string::npos)
         *note = "font family '" + font + "' is not installed as such; fontconfig chose " + path;
     return path;
 }

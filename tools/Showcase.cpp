@@ -129,7 +129,8 @@ RgbaImage Showcase::render(const Options& options, std::vector<Cell>* cells, std
         int y = top + (int)(i / (size_t)columns) * (cellH + kGap);
         page.fillRect(x, y, cellW, cellH, kCellColour);
         // The render centred in its area, the label centred under it.
-        page.drawOver(t.image, x + (cellW - (int)t.image.width()) / 2, y + kCellPadding + (tileH - (int)t.image.height()) / 2);
+        page.drawOver(t.image, x + (cellW - (int)t.image.width()) / 2,
+                      y + kCellPadding + (tileH - (int)t.image.height()) / 2);
         page.drawOver(t.labelImage, x + (cellW - (int)t.labelImage.width()) / 2, y + kCellPadding + tileH + kLabelGap);
         if (cells) cells->push_back({t.label, x, y, cellW, cellH});
     }

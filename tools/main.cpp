@@ -159,8 +159,8 @@ int main(int argc, char** argv)
     };
     for (const Scalar& s : scalars) {
         std::string name = s.name;
-        render->add_option_function<std::string>(s.flags, [&args, name](const std::string& v) { args.scalars[name] = v; },
-                                                 s.help);
+        auto keep = [&args, name](const std::string& v) { args.scalars[name] = v; };
+        render->add_option_function<std::string>(s.flags, keep, s.help);
     }
     render->add_flag("--bold", args.bold, "fake bold");
     render->add_flag("--italic", args.italic, "italic (synthetic when the font has none)");
