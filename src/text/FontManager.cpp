@@ -120,6 +120,13 @@ FontManager* FontManager::GetInstance()
     return &instance;
 }
 
+bool FontManager::NoImpl(int site) const
+{
+    if (impl) return false;
+    Error::Report(kTag, Error::LM_ERR_NOT_CONSTRUCTED, site);
+    return true;
+}
+
 FontManager::FontManager() : impl(new LmFontManagerImpl(this)) {}
 
 FontManager::~FontManager()
@@ -130,10 +137,7 @@ FontManager::~FontManager()
 
 bool FontManager::IsExisting(const char* name, int index)
 {
-    if (!impl) {
-        Error::Report(kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
-        return false;
-    }
+    if (NoImpl(__LINE__)) return false;
     if (!name || !*name) {
         LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "IsExisting() - path is NULL");
         return false;
@@ -143,8 +147,7 @@ bool FontManager::IsExisting(const char* name, int index)
 
 bool FontManager::AddMinikinFont(const char* name, char* data, unsigned size, int index, bool checkExisting)
 {
-    if (!impl) {
-        Error::Report(kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
+    if (NoImpl(__LINE__)) {
         delete[] data;
         return false;
     }
@@ -219,10 +222,7 @@ bool FontManager::AddMinikinFont(LmString* name, char* data, unsigned size, int 
 
 bool FontManager::GetMinikinFont(std::shared_ptr<LmPlatformFont>& out, LmString* name, int index)
 {
-    if (!impl) {
-        Error::Report(kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
-        return false;
-    }
+    if (NoImpl(__LINE__)) return false;
     std::string utf8;
     if (!toUtf8(name, utf8)) return false;
     auto found = impl->fontMap.find(LmFontManagerImpl::FontKey(utf8.c_str(), index));
@@ -233,10 +233,7 @@ bool FontManager::GetMinikinFont(std::shared_ptr<LmPlatformFont>& out, LmString*
 
 bool FontManager::BuildMinikinFamily(LmFontFamily* family)
 {
-    if (!impl) {
-        Error::Report(kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
-        return false;
-    }
+    if (NoImpl(__LINE__)) return false;
     if (!family || !family->fonts) return false;
     int count = family->fonts->GetCount();
     if (count < 1) return false;
@@ -249,10 +246,7 @@ bool FontManager::BuildMinikinFamily(LmFontFamily* family)
 
 bool FontManager::LoadMinikinFontFamily(unsigned localeListId)
 {
-    if (!impl) {
-        Error::Report(kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
-        return false;
-    }
+    if (NoImpl(__LINE__)) return false;
     List* families = impl->systemFamilies;
     if (!families) return false;
     int count = families->GetCount();
@@ -268,10 +262,7 @@ bool FontManager::LoadMinikinFontFamily(unsigned localeListId)
 
 bool FontManager::SetSystemFontFamilies(List* families)
 {
-    if (!impl) {
-        Error::Report(kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
-        return false;
-    }
+    if (NoImpl(__LINE__)) return false;
     // A null list is nothing to take: the families stay unset.
     if (!impl->systemFamiliesSet && families) {
         impl->ClearFontFamilies();
@@ -283,19 +274,13 @@ bool FontManager::SetSystemFontFamilies(List* families)
 
 bool FontManager::IsSystemFontFamiliesAlreadySet()
 {
-    if (!impl) {
-        Error::Report(kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
-        return false;
-    }
+    if (NoImpl(__LINE__)) return false;
     return impl->systemFamiliesSet;
 }
 
 List* FontManager::GetSystemFontFamilies()
 {
-    if (!impl) {
-        Error::Report(kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
-        return nullptr;
-    }
+    if (NoImpl(__LINE__)) return nullptr;
     return impl->systemFamilies;
 }
 
@@ -303,10 +288,7 @@ bool FontManager::GetMinikinFontFamilies(LmString* familyName,
                                          std::vector<std::shared_ptr<LmPlatformFamily>>& families,
                                          LmString* userFont, int& weight)
 {
-    if (!impl) {
-        Error::Report(kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
-        return false;
-    }
+    if (NoImpl(__LINE__)) return false;
     bool verbose = LmLog::IsAllLogEnable();
     if (verbose) {
         LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "GetMinikinFontFamilies >>> GetMinikinFontFamilies");
@@ -362,19 +344,13 @@ bool FontManager::GetMinikinFontFamilies(LmString* familyName,
 
 void FontManager::ClearFontMaps()
 {
-    if (!impl) {
-        Error::Report(kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
-        return;
-    }
+    if (NoImpl(__LINE__)) return;
     impl->ClearFontMaps();
 }
 
 void FontManager::ClearFontFamilies()
 {
-    if (!impl) {
-        Error::Report(kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
-        return;
-    }
+    if (NoImpl(__LINE__)) return;
     impl->ClearFontFamilies();
 }
 

@@ -58,6 +58,8 @@ public:
 
 private:
     FontManager();
+    // Reports error 8 at the site when the registry has no state.
+    bool NoImpl(int site) const;
 
     LmFontManagerImpl* impl;
 };

@@ -30,8 +30,6 @@ const int kRenderSite = 248;
 
 enum TextStyleBits : uint32_t { kBoldBit = 1u << 0, kItalicBit = 1u << 1 };
 
-void reportMissing(int site) { Error::Report(kTag, Error::LM_ERR_NOT_CONSTRUCTED, site); }
-
 } // namespace
 
 LmTextObjectImpl::LmTextObjectImpl(LmTextObject* owner)
@@ -66,6 +64,13 @@ void releaseTextObjectCallback(LmTextObject* object)
     delete object;
 }
 
+bool LmTextObject::NoImpl(int site) const
+{
+    if (impl) return false;
+    Error::Report(kTag, Error::LM_ERR_NOT_CONSTRUCTED, site);
+    return true;
+}
+
 LmTextObject::LmTextObject() : impl(nullptr)
 {
     static bool callbackSet = false;
@@ -80,10 +85,7 @@ LmTextObject::~LmTextObject()
 {
     int handle = impl ? impl->runtimeHandle : -1;
     LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "~LmTextObject(%p / %d)", (void*)this, handle);
-    if (!impl) {
-        reportMissing(__LINE__);
-        return;
-    }
+    if (NoImpl(__LINE__)) return;
     LmTextInstanceManager::Unregister(handle);
     delete impl;
 }
@@ -102,107 +104,74 @@ int LmTextObject::Construct()
 
 int LmTextObject::GetRuntimeHandle()
 {
-    if (!impl) {
-        reportMissing(__LINE__);
-        return -1;
-    }
+    if (NoImpl(__LINE__)) return -1;
     return impl->runtimeHandle;
 }
 
 LmEffect* LmTextObject::GetEffect()
 {
-    if (!impl) {
-        reportMissing(__LINE__);
-        return nullptr;
-    }
+    if (NoImpl(__LINE__)) return nullptr;
     return impl->effect;
 }
 
 LmString* LmTextObject::GetText()
 {
-    if (!impl) {
-        reportMissing(__LINE__);
-        return nullptr;
-    }
+    if (NoImpl(__LINE__)) return nullptr;
     return impl->text;
 }
 
 LmFontDrawing* LmTextObject::GetFont()
 {
-    if (!impl) {
-        reportMissing(__LINE__);
-        return nullptr;
-    }
+    if (NoImpl(__LINE__)) return nullptr;
     return impl->fontDrawing;
 }
 
 List* LmTextObject::GetLineInfo()
 {
-    if (!impl) {
-        reportMissing(__LINE__);
-        return nullptr;
-    }
+    if (NoImpl(__LINE__)) return nullptr;
     return impl->lineInfo;
 }
 
 LmView* LmTextObject::GetView()
 {
-    if (!impl) {
-        reportMissing(__LINE__);
-        return nullptr;
-    }
+    if (NoImpl(__LINE__)) return nullptr;
     return impl->view;
+}
+
+template <typename T> int LmTextObject::StoreText(const T* text)
+{
+    if (!text) {
+        delete impl->text;
+        impl->text = nullptr;
+        return 1;
+    }
+    if (!impl->text) {
+        impl->text = new LmString();
+        impl->text->Construct();
+    }
+    if (!impl->text->Set(text)) return 0;
+    SetTextLocaleListId();
+    return 1;
 }
 
 int LmTextObject::SetText(const LmString* text)
 {
-    if (!impl) {
-        reportMissing(__LINE__);
-        return 0;
-    }
+    if (NoImpl(__LINE__)) return 0;
     if (LmLog::IsAllLogEnable())
         LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "SetText() - %p [%s] strLen=%d", (void*)this,
                      LmLog::ConvertLog(text), text ? text->GetLength() : 0);
-    if (!text) {
-        delete impl->text;
-        impl->text = nullptr;
-        return 1;
-    }
-    if (!impl->text) {
-        impl->text = new LmString();
-        impl->text->Construct();
-    }
-    if (!impl->text->Set(text)) return 0;
-    SetTextLocaleListId();
-    return 1;
+    return StoreText(text);
 }
 
 int LmTextObject::SetText(const wchar_t* text)
 {
-    if (!impl) {
-        reportMissing(__LINE__);
-        return 0;
-    }
-    if (!text) {
-        delete impl->text;
-        impl->text = nullptr;
-        return 1;
-    }
-    if (!impl->text) {
-        impl->text = new LmString();
-        impl->text->Construct();
-    }
-    if (!impl->text->Set(text)) return 0;
-    SetTextLocaleListId();
-    return 1;
+    if (NoImpl(__LINE__)) return 0;
+    return StoreText(text);
 }
 
 void LmTextObject::SetTextLocaleListId()
 {
-    if (!impl) {
-        reportMissing(__LINE__);
-        return;
-    }
+    if (NoImpl(__LINE__)) return;
     if (!impl->text) {
         LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "SetTextLocaleListId - text is null.");
         return;
@@ -224,10 +193,7 @@ void LmTextObject::SetTextLocaleListId()
 
 int LmTextObject::SetFontFamilyName(const char* familyName)
 {
-    if (!impl) {
-        reportMissing(__LINE__);
-        return 0;
-    }
+    if (NoImpl(__LINE__)) return 0;
     if (!familyName) {
         Error::Report(kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
         return 0;
@@ -240,10 +206,7 @@ int LmTextObject::SetFontFamilyName(const char* familyName)
 
 int LmTextObject::SetFont(const char* path)
 {
-    if (!impl) {
-        reportMissing(__LINE__);
-        return 0;
-    }
+    if (NoImpl(__LINE__)) return 0;
     if (!path) {
         Error::Report(kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
         return 0;
@@ -257,8 +220,7 @@ int LmTextObject::SetFont(const char* path)
 
 int LmTextObject::SetFont(const char* path, char* data, unsigned size)
 {
-    if (!impl) {
-        reportMissing(__LINE__);
+    if (NoImpl(__LINE__)) {
         delete[] data;
         return 0;
     }
@@ -276,10 +238,7 @@ int LmTextObject::SetFont(const char* path, char* data, unsigned size)
 
 int LmTextObject::SetLineInfo(const List* lines)
 {
-    if (!impl) {
-        reportMissing(__LINE__);
-        return 0;
-    }
+    if (NoImpl(__LINE__)) return 0;
     if (!lines) {
         LmLog::Print(LmLog::LM_PRIO_ERROR, kTag, "SetLineInfo - lineInfo is NULL");
         Error::Report(kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
@@ -287,7 +246,7 @@ int LmTextObject::SetLineInfo(const List* lines)
     }
     if (!impl->lineInfo) {
         LmLog::Print(LmLog::LM_PRIO_ERROR, kTag, "SetLineInfo - M->lineInfo is NULL");
-        reportMissing(__LINE__);
+        Error::Report(kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
         return 0;
     }
     impl->ClearLines();
@@ -297,10 +256,7 @@ int LmTextObject::SetLineInfo(const List* lines)
 
 int LmTextObject::SetTextStyle(bool bold, bool italic)
 {
-    if (!impl) {
-        reportMissing(__LINE__);
-        return 0;
-    }
+    if (NoImpl(__LINE__)) return 0;
     uint32_t style = impl->textStyle & ~(uint32_t)(kBoldBit | kItalicBit);
     if (bold) style |= kBoldBit;
     if (italic) style |= kItalicBit;
@@ -310,74 +266,50 @@ int LmTextObject::SetTextStyle(bool bold, bool italic)
 
 bool LmTextObject::isBoldTextStyle()
 {
-    if (!impl) {
-        reportMissing(__LINE__);
-        return false;
-    }
+    if (NoImpl(__LINE__)) return false;
     return (impl->textStyle & kBoldBit) != 0;
 }
 
 bool LmTextObject::isItalicTextStyle()
 {
-    if (!impl) {
-        reportMissing(__LINE__);
-        return false;
-    }
+    if (NoImpl(__LINE__)) return false;
     return (impl->textStyle & kItalicBit) != 0;
 }
 
 void LmTextObject::SetPaint(LmPaint& paint)
 {
-    if (!impl) {
-        reportMissing(__LINE__);
-        return;
-    }
+    if (NoImpl(__LINE__)) return;
     impl->paint = paint;
 }
 
 LmPaint LmTextObject::GetPaint()
 {
-    if (!impl) {
-        reportMissing(__LINE__);
-        return LmPaint();
-    }
+    if (NoImpl(__LINE__)) return LmPaint();
     return impl->paint;
 }
 
 void LmTextObject::SetBackgroundColor(uint32_t color, bool enabled)
 {
-    if (!impl) {
-        reportMissing(__LINE__);
-        return;
-    }
+    if (NoImpl(__LINE__)) return;
     impl->backgroundColor = color;
     impl->backgroundEnabled = enabled;
 }
 
 void LmTextObject::SetTextColor(uint32_t color)
 {
-    if (!impl) {
-        reportMissing(__LINE__);
-        return;
-    }
+    if (NoImpl(__LINE__)) return;
     impl->textColor = color;
 }
 
 uint32_t LmTextObject::GetTextColor()
 {
-    if (!impl) {
-        reportMissing(__LINE__);
-        return 0xFF000000u;
-    }
+    if (NoImpl(__LINE__)) return 0xFF000000u;
     return impl->textColor;
 }
 
 uint32_t* LmTextObject::RenderTextEffect(int width, int height)
 {
-    if (!impl) {
-        reportMissing(kRenderSite);
-        return nullptr;
-    }
+    if (NoImpl(kRenderSite)) return nullptr;
     LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "RenderTextEffect(%p / %d) >>> Start! - (w=%d,h=%d)", (void*)this,
                  impl->runtimeHandle, width, height);
     // A negative size draws nothing rather than becoming a huge unsigned one.
@@ -386,7 +318,7 @@ uint32_t* LmTextObject::RenderTextEffect(int width, int height)
 
     LmBitmap* composite = new LmBitmap(w, h, 4);
     if (!impl->fontDrawing) {
-        reportMissing(__LINE__);
+        Error::Report(kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
         delete composite;
         return impl->resultBitmap ? reinterpret_cast<uint32_t*>(impl->resultBitmap->pixels) : nullptr;
     }

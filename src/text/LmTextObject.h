@@ -63,6 +63,9 @@ public:
     static LmTextObject* FindLmTextObject(int handle);
 
 private:
+    // Reports error 8 at the site when the object has no state.
+    bool NoImpl(int site) const;
+    template <typename T> int StoreText(const T* text);
     void SetTextLocaleListId();
 
     LmTextObjectImpl* impl;

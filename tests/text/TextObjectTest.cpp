@@ -3,6 +3,7 @@
 #include "effect/LmEffect.h"
 #include "foundation/Error.h"
 #include "foundation/List.h"
+#include "foundation/LmLog.h"
 #include "foundation/LmString.h"
 #include "support/TestSupport.h"
 #include "text/FontManager.h"
@@ -14,6 +15,10 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -381,4 +386,77 @@ TEST(TextObjectRender, HelloIsDrawnInTheTextColourInsideItsLine)
     const uint32_t* again = object.RenderTextEffect(w, h);
     ASSERT_NE(again, nullptr);
     EXPECT_EQ(std::vector<uint32_t>(again, again + w * h), first);
+}
+
+TEST(TextObjectRender, EmptyOrSurrogateOnlyTextDrawsNothing)
+{
+    const int w = 80, h = 40;
+    LmTextObject object;
+    ASSERT_EQ(object.Construct(), 1);
+    ASSERT_EQ(object.SetFont(kSans), 1);
+    LmPaint paint;
+    paint.setTextSize(30.0f);
+    object.SetPaint(paint);
+
+    ASSERT_EQ(object.SetText(L""), 1);
+    giveLines(object, {makeLine(0, 30, 0, 0, LmRect(0, 5, 80, 38))});
+    LmTest::LogCapture log;
+    const uint32_t* pixels = object.RenderTextEffect(w, h);
+    ASSERT_NE(pixels, nullptr);
+    for (int i = 0; i < w * h; ++i) ASSERT_EQ(pixels[i], 0u);
+    EXPECT_TRUE(log.containsMessage(format("RenderTextEffect(%p / %d) <<< End.", &object, object.GetRuntimeHandle())));
+
+    // Lone surrogates, a line range past the text's end and a reversed range.
+    ASSERT_EQ(object.SetText(L"\xD800\xDFFF\xDC00"), 1);
+    giveLines(object, {makeLine(0, 30, 0, 3, LmRect(0, 5, 80, 38)), makeLine(0, 30, 2, 50, LmRect()),
+                       makeLine(0, 30, 3, 1, LmRect())});
+    pixels = object.RenderTextEffect(w, h);
+    ASSERT_NE(pixels, nullptr);
+    for (int i = 0; i < w * h; ++i) {
+        uint32_t p = pixels[i];
+        // Whatever a missing-glyph box draws is in the text colour; nothing else appears.
+        ASSERT_TRUE(p == 0 || (p & 0x00FFFFFFu) == 0) << i;
+    }
+}
+
+TEST(TextObjectRender, CorruptFontBytesNeverCrash)
+{
+    std::ifstream in(kSans, std::ios::binary);
+    std::vector<char> bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    ASSERT_GT(bytes.size(), 10000u);
+    std::mt19937 random(77);
+    for (int round = 0; round < 6; ++round) {
+        // Spoil a few hundred bytes past the table directory: outlines, metrics, cmap.
+        char* data = new char[bytes.size()];
+        std::memcpy(data, bytes.data(), bytes.size());
+        for (int i = 0; i < 300; ++i) data[256 + random() % (bytes.size() - 256)] = (char)random();
+        std::string name = "corrupt-font-" + std::to_string(round);
+
+        LmTextObject object;
+        ASSERT_EQ(object.Construct(), 1);
+        object.SetFont(name.c_str(), data, (unsigned)bytes.size());  // may be refused; either is fine
+        ASSERT_EQ(object.SetText(L"Hello, world"), 1);
+        LmPaint paint;
+        paint.setTextSize(32.0f);
+        object.SetPaint(paint);
+        giveLines(object, {makeLine(0, 40, 0, 12, LmRect(0, 5, 200, 50))});
+        EXPECT_NE(object.RenderTextEffect(200, 60), nullptr);
+    }
+}
+
+TEST(TextObject, VerboseSetTextLogsTheText)
+{
+    LmLog::SetDebugEnable(true);
+    if (!LmLog::IsAllLogEnable()) {
+        LmLog::SetDebugEnable(false);
+        GTEST_SKIP() << "verbose logging is off in this build type";
+    }
+    LmTextObject object;
+    ASSERT_EQ(object.Construct(), 1);
+    LmString text;
+    text.Construct("Hi there");
+    LmTest::LogCapture log;
+    object.SetText(&text);
+    LmLog::SetDebugEnable(false);
+    EXPECT_TRUE(log.contains("LmTextObject", format("SetText() - %p [Hi there] strLen=%d", &object, 8)));
 }
