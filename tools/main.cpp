@@ -128,6 +128,11 @@ int main(int argc, char** argv)
 {
     CLI::App app{"lmtext: render text with effects into a PNG"};
     app.require_subcommand(1);
+    app.footer("Examples:\n"
+               "  lmtext showcase -o showcase.png\n"
+               "  lmtext render -t Hello --stroke size=4,color=#000000,position=outside -o hello.png\n"
+               "  lmtext render scene.json --key -o scene.png\n"
+               "Exit codes: 0 done, 1 a file or render failed, 2 bad command line or scene.");
 
     RenderArgs args;
     CLI::App* render = app.add_subcommand("render", "render text (from options or a JSON scene) into a PNG");
@@ -171,7 +176,10 @@ int main(int argc, char** argv)
             ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
             ->type_name("PARAMS");
     }
-    render->footer(EffectCatalog::helpText());
+    render->footer(EffectCatalog::helpText() +
+                   "\nScene files are JSON objects with the keys " + Scene::keyNames() +
+                   ";\n\"effects\" is a list of objects such as {\"type\": \"stroke\", \"size\": 4, "
+                   "\"position\": \"outside\"},\nstops a list of {\"color\", \"position\", \"opacity\"}.\n");
 
     Showcase::Options showcase;
     std::string showcaseOutput = "showcase.png";
@@ -183,7 +191,11 @@ int main(int argc, char** argv)
     show->add_option("--columns", showcase.columns, "cells per row (default 3)");
 
     // CLI11 would only say that a command is required; name the valid ones instead.
-    if (argc >= 2) {
+    if (argc < 2) {
+        std::cerr << "lmtext: give a command: render or showcase (see lmtext --help)\n";
+        return ToolError::kUsage;
+    }
+    {
         std::string first = argv[1];
         bool help = first == "-h" || first == "--help";
         if (!help && first != "render" && first != "showcase") {
