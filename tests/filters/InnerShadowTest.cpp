@@ -28,13 +28,8 @@ TEST(InnerShadowLayer, KindAndNoMargin)
 {
     auto s = innerOf(120, 50, 100);
     EXPECT_EQ(s->getStyle(), 2);
-    EXPECT_EQ(s->getOffset(), 0);
     EXPECT_EQ(s->getLeftOffset(), 0);
     EXPECT_EQ(s->getBottomOffset(), 0);
-    int w[3] = {0, 0, 0}, sum = 0;
-    LmInnerShadow::computeGaussianWeights(w, &sum, 2);
-    EXPECT_EQ(w[1], 32);
-    EXPECT_EQ(sum, 166);
 }
 
 TEST(InnerShadowLayer, NoBlurNoShiftIsTheInverseUnderCoverage)
@@ -69,8 +64,8 @@ TEST(InnerShadowLayer, ThickStrokesDarkenOnlyAtTheEdges)
     auto s = innerOf(0, 0, 4);
     run.run(*s);
     EXPECT_EQ(run.alpha(20, 20), 0);
-    EXPECT_GT(run.alpha(5, 20), 0);
     EXPECT_GT(run.alpha(5, 20), run.alpha(6, 20));
+    EXPECT_GT(run.alpha(6, 20), 0);
     EXPECT_EQ(run.alpha(20, 5), run.alpha(5, 20)); // no shift: symmetric
 }
 
