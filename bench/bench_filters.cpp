@@ -1,0 +1,178 @@
+// Times the stroke, outer shadow and inner shadow over a text-like 1024 x 256 mask: each
+// filter's doPostProcessing alone, and a whole effect pass with all three.
+#include "effect/LmECore.h"
+#include "effect/LmEffect.h"
+#include "effect/LmGlyph.h"
+#include "effect/LmInnerShadowProperty.h"
+#include "effect/LmOuterShadowProperty.h"
+#include "effect/LmStrokeProperty.h"
+#include "filters/LmInnerShadow.h"
+#include "filters/LmOuterShadow.h"
+#include "filters/LmStroke.h"
+#include "raster/LmBitmap.h"
+#include "raster/LmRect.h"
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <memory>
+#include <vector>
+
+using namespace LmFontEffect;
+
+namespace {
+
+const int kWidth = 1024, kHeight = 256;
+
+struct Segment {
+    float ax, ay, bx, by;
+};
+
+float segmentDistance(float px, float py, const Segment& s)
+{
+    const float vx = s.bx - s.ax, vy = s.by - s.ay;
+    float t = ((px - s.ax) * vx + (py - s.ay) * vy) / (vx * vx + vy * vy);
+    t = std::min(1.0f, std::max(0.0f, t));
+    const float dx = px - (s.ax + t * vx), dy = py - (s.ay + t * vy);
+    return std::sqrt(dx * dx + dy * dy);
+}
+
+// A line of about fifteen letter-like shapes of anti-aliased strokes, 9 pixels thick, with
+// slants, bowls and counters, filling the mask the way a large line of text would.
+const std::vector<unsigned char>& textMask()
+{
+    static std::vector<unsigned char> mask = [] {
+        std::vector<unsigned char> m((size_t)kWidth * kHeight, 0);
+        std::vector<Segment> strokes;
+        const float top = 40, base = 216, mid = 128;
+        for (int letter = 0; letter < 15; ++letter) {
+            const float x0 = 20 + letter * 66.0f, x1 = x0 + 48;
+            switch (letter % 5) {
+            case 0: // A
+                strokes.push_back({x0, base, (x0 + x1) / 2, top});
+                strokes.push_back({(x0 + x1) / 2, top, x1, base});
+                strokes.push_back({x0 + 10, mid + 20, x1 - 10, mid + 20});
+                break;
+            case 1: // H
+                strokes.push_back({x0, top, x0, base});
+                strokes.push_back({x1, top, x1, base});
+                strokes.push_back({x0, mid, x1, mid});
+                break;
+            case 2: // o, as an octagon of strokes
+                for (int k = 0; k < 8; ++k) {
+                    const float a0 = k * 0.785398f, a1 = (k + 1) * 0.785398f;
+                    const float cx = (x0 + x1) / 2, cy = (mid + base) / 2 + 10, r = 34;
+                    strokes.push_back({cx + r * std::cos(a0), cy + r * std::sin(a0), cx + r * std::cos(a1),
+                                       cy + r * std::sin(a1)});
+                }
+                break;
+            case 3: // v
+                strokes.push_back({x0, mid - 10, (x0 + x1) / 2, base});
+                strokes.push_back({(x0 + x1) / 2, base, x1, mid - 10});
+                break;
+            default: // l
+                strokes.push_back({(x0 + x1) / 2, top, (x0 + x1) / 2, base});
+                break;
+            }
+        }
+        for (int y = 0; y < kHeight; ++y)
+            for (int x = 0; x < kWidth; ++x) {
+                float d = 1e9f;
+                for (const Segment& s : strokes) d = std::min(d, segmentDistance(x + 0.5f, y + 0.5f, s));
+                const float coverage = std::min(1.0f, std::max(0.0f, 4.5f + 0.5f - d));
+                m[(size_t)y * kWidth + x] = (unsigned char)(coverage * 255 + 0.5f);
+            }
+        return m;
+    }();
+    return mask;
+}
+
+LmRect boxOf(const std::vector<unsigned char>& m)
+{
+    int l = kWidth, t = kHeight, r = 0, b = 0;
+    for (int y = 0; y < kHeight; ++y)
+        for (int x = 0; x < kWidth; ++x)
+            if (m[(size_t)y * kWidth + x]) l = std::min(l, x), t = std::min(t, y), r = std::max(r, x + 1), b = std::max(b, y + 1);
+    return LmRect(l, t, r, b);
+}
+
+void runFilter(benchmark::State& state, LmECore& layer)
+{
+    LmBitmap mask(kWidth, kHeight, const_cast<unsigned char*>(textMask().data()), 1);
+    LmBitmap target(kWidth, kHeight, 4);
+    LmRect box = boxOf(textMask());
+    for (auto _ : state) {
+        state.PauseTiming();
+        std::memset(target.pixels, 0, (size_t)kWidth * kHeight * 4);
+        state.ResumeTiming();
+        LmECore::ParamPostProcessing pp{&target, &mask, &box, 0, nullptr};
+        benchmark::DoNotOptimize(layer.doPostProcessing(&pp));
+    }
+}
+
+void strokeAt(benchmark::State& state, int position)
+{
+    LmStroke stroke;
+    LmStrokeProperty p((float)state.range(0), 0xFFD02020, 1.0f, 0, position);
+    stroke.setProperty(&p);
+    runFilter(state, stroke);
+}
+
+void BM_StrokeCentre(benchmark::State& state) { strokeAt(state, 0); }
+void BM_StrokeOutside(benchmark::State& state) { strokeAt(state, 1); }
+void BM_StrokeInside(benchmark::State& state) { strokeAt(state, 2); }
+
+void BM_OuterShadow(benchmark::State& state)
+{
+    LmOuterShadow shadow;
+    LmOuterShadowProperty p(120, 5, (float)state.range(0), 0xFF1030A0, 1.0f);
+    shadow.setProperty(&p);
+    runFilter(state, shadow);
+}
+
+void BM_InnerShadow(benchmark::State& state)
+{
+    LmInnerShadow shadow;
+    LmInnerShadowProperty p(120, 5, (float)state.range(0), 0xFF106010, 1.0f);
+    shadow.setProperty(&p);
+    runFilter(state, shadow);
+}
+
+// A pass as font drawing runs it: outside stroke, both shadows and the text, the mask as one
+// glyph placed inside the stack's margins.
+void BM_WholePass(benchmark::State& state)
+{
+    const float size = (float)state.range(0);
+    LmEffect stack(nullptr);
+    stack.addStrokeText(size, 0xFFD02020, 1.0f, 0, 1);
+    stack.addOuterShadowText(120, 5, size, 0xFF1030A0, 0.8f);
+    stack.addInnerShadowText(120, 5, size, 0xFF106010, 0.7f);
+    stack.addText(0xFFFFFFFF);
+    const int left = stack.getLeftOffset(), top = stack.getTopOffset();
+    const int width = kWidth + left + stack.getRightOffset(), height = kHeight + top + stack.getBottomOffset();
+    LmGlyph glyph;
+    glyph.pixels = const_cast<unsigned char*>(textMask().data());
+    glyph.width = kWidth;
+    glyph.height = kHeight;
+    for (auto _ : state) {
+        LmBitmap output((unsigned)width, (unsigned)height, 4);
+        stack.initEffect(width, height);
+        stack.setDstBitmap(&output);
+        stack.renderEffectLayer(left, top, &glyph);
+        stack.doEffectPostProcessing();
+        stack.compositeLayers(&output);
+        benchmark::DoNotOptimize(output.pixels);
+    }
+}
+
+} // namespace
+
+#define LM_FILTER_SIZES ->Arg(2)->Arg(10)->Arg(50)->Arg(100)->Unit(benchmark::kMillisecond)
+BENCHMARK(BM_StrokeCentre) LM_FILTER_SIZES;
+BENCHMARK(BM_StrokeOutside) LM_FILTER_SIZES;
+BENCHMARK(BM_StrokeInside) LM_FILTER_SIZES;
+BENCHMARK(BM_OuterShadow) LM_FILTER_SIZES;
+BENCHMARK(BM_InnerShadow) LM_FILTER_SIZES;
+BENCHMARK(BM_WholePass) LM_FILTER_SIZES;
