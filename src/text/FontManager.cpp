@@ -212,6 +212,7 @@ bool FontManager::AddMinikinFont(const char* name, char* data, unsigned size, in
 
 bool FontManager::AddMinikinFont(LmString* name, char* data, unsigned size, int index, bool checkExisting)
 {
+    if (!name) return AddMinikinFont((const char*)nullptr, data, size, index, checkExisting);
     std::string utf8;
     if (!toUtf8(name, utf8)) {
         delete[] data;

@@ -1,8 +1,6 @@
 #include "text/FontManager.h"
 
-#include "foundation/Error.h"
 #include "foundation/List.h"
-#include "foundation/LmLog.h"
 #include "foundation/LmString.h"
 #include "platform/LmPlatformFamily.h"
 #include "platform/LmPlatformFont.h"
@@ -18,7 +16,6 @@
 #include <cstring>
 #include <fstream>
 #include <iterator>
-#include <memory>
 #include <random>
 #include <string>
 #include <vector>
@@ -37,7 +34,7 @@ std::vector<char> readFile(const char* path)
     return std::vector<char>(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
 
-// A new[] copy of bytes, as callers hand buffers to the font manager.
+// A new[] copy of the first n bytes, as callers hand buffers over.
 char* handOver(const std::vector<char>& bytes, size_t n)
 {
     char* data = new char[n];
@@ -45,13 +42,12 @@ char* handOver(const std::vector<char>& bytes, size_t n)
     return data;
 }
 
-struct OwnedString {
-    explicit OwnedString(const char* text) { s.Construct(text); }
+struct Str {
+    explicit Str(const char* text) { s.Construct(text); }
     LmString s;
 };
 
-LmFontFamily* makeFamily(uint32_t localeListId, int variant, std::vector<const char*> paths, int weight = 400,
-                         bool italic = false)
+LmFontFamily* makeFamily(uint32_t localeListId, int variant, std::vector<const char*> paths)
 {
     auto* family = new LmFontFamily();
     family->localeListId = localeListId;
@@ -62,8 +58,8 @@ LmFontFamily* makeFamily(uint32_t localeListId, int variant, std::vector<const c
         auto* entry = new FontEntry();
         entry->path = new LmString();
         entry->path->Construct(path);
-        entry->weight = weight;
-        entry->italic = italic;
+        entry->weight = 500;
+        entry->italic = true;
         family->fonts->Add(entry);
     }
     return family;
@@ -75,150 +71,75 @@ protected:
     void TearDown() override { reset(); }
     static void reset()
     {
-        FontManager::GetInstance()->ClearFontMaps();
-        FontManager::GetInstance()->ClearFontFamilies();
-        LmLog::SetDebugEnable(false);
+        fm->ClearFontMaps();
+        fm->ClearFontFamilies();
     }
-    static LmFontManagerImpl* impl() { return FontManager::GetInstance()->GetImpl(); }
-
-    // The user family's single font, with the weight the name rules produced.
-    struct UserResult {
-        int weight;
-        size_t families;
-        int fontWeight = -1;
-        bool fontItalic = false;
-    };
-    static UserResult userFamilies(const char* userFont, const char* familyName = nullptr)
-    {
-        OwnedString user(userFont);
-        std::unique_ptr<OwnedString> family(familyName ? new OwnedString(familyName) : nullptr);
-        std::vector<std::shared_ptr<LmPlatformFamily>> families;
-        int weight = 400;
-        EXPECT_TRUE(
-            FontManager::GetInstance()->GetMinikinFontFamilies(family ? &family->s : nullptr, families, &user.s, weight));
-        UserResult r{weight, families.size()};
-        if (!families.empty() && families[0]->getNumFonts() == 1) {
-            r.fontWeight = families[0]->getFonts()[0].weight;
-            r.fontItalic = families[0]->getFonts()[0].italic;
-        }
-        return r;
-    }
+    static LmFontManagerImpl* impl() { return fm->GetImpl(); }
+    static FontManager* const fm;
 };
+FontManager* const FontManagerTest::fm = FontManager::GetInstance();
 
 } // namespace
 
 TEST(FontManagerKeys, KeysKeepTheirTrailingNul)
 {
-    EXPECT_EQ(LmFontManagerImpl::FontKey("a.ttf", 0), std::string("a.ttf0\0", 7));
     EXPECT_EQ(LmFontManagerImpl::FontKey("a.ttf", 3), std::string("a.ttf3\0", 7));
-    // '0' + 200 does not fit a byte: the index is cut to 8 bits.
-    EXPECT_EQ(LmFontManagerImpl::FontKey("a", 200), std::string("a\xf8\0", 3));
+    EXPECT_EQ(LmFontManagerImpl::FontKey("a", 200), std::string("a\xf8\0", 3));  // '0' + 200 cut to 8 bits
     EXPECT_EQ(LmFontManagerImpl::PathKey("a.ttf"), std::string("a.ttf\0", 6));
 }
 
-TEST_F(FontManagerTest, FileIsMappedOnceAndRegisteredPerIndex)
+TEST_F(FontManagerTest, FileIsMappedOnceAndTheFirstFontIsKept)
 {
-    FontManager* fm = FontManager::GetInstance();
-    EXPECT_FALSE(fm->IsExisting(kSans, 0));
     ASSERT_TRUE(fm->AddMinikinFont(kSans, nullptr, 0, 0, true));
     EXPECT_TRUE(fm->IsExisting(kSans, 0));
     EXPECT_FALSE(fm->IsExisting(kSans, 1));
-
     ASSERT_EQ(impl()->fontDataMap.size(), 1u);
     const LmFontData* data = impl()->fontDataMap.begin()->second;
-    ASSERT_NE(data->buffer, nullptr);
-    EXPECT_TRUE(data->mapped);
-    std::vector<char> bytes = readFile(kSans);
-    ASSERT_EQ(data->size, bytes.size());
-    EXPECT_EQ(std::memcmp(data->buffer, bytes.data(), bytes.size()), 0);
-    EXPECT_DOUBLE_EQ(impl()->totalBufferMB, bytes.size() / 1024000.0);
+    ASSERT_TRUE(data->buffer && data->mapped);
+    EXPECT_DOUBLE_EQ(impl()->totalBufferMB, readFile(kSans).size() / 1024000.0);
 
-    // Registering again, checked or not, reuses the mapping; the map keeps its first font.
-    OwnedString name(kSans);
-    std::shared_ptr<LmPlatformFont> first;
+    Str name(kSans);
+    std::shared_ptr<LmPlatformFont> first, again;
     ASSERT_TRUE(fm->GetMinikinFont(first, &name.s, 0));
-    EXPECT_TRUE(fm->AddMinikinFont(kSans, nullptr, 0, 0, true));
     EXPECT_TRUE(fm->AddMinikinFont(&name.s, nullptr, 0, 0, false));
-    std::shared_ptr<LmPlatformFont> again;
     ASSERT_TRUE(fm->GetMinikinFont(again, &name.s, 0));
     EXPECT_EQ(again, first);
     EXPECT_EQ(impl()->fontDataMap.size(), 1u);
-    EXPECT_DOUBLE_EQ(impl()->totalBufferMB, bytes.size() / 1024000.0);
-
-    // A single font file has no face 1.
-    LmTest::LogCapture log;
-    EXPECT_FALSE(fm->AddMinikinFont(kSans, nullptr, 0, 1, true));
-    EXPECT_TRUE(log.contains("LmFontManager", "AddMinikinFont() - Fail to create typeface"));
-    EXPECT_EQ(impl()->fontDataMap.size(), 1u);
+    EXPECT_FALSE(fm->AddMinikinFont(kSans, nullptr, 0, 1, true));  // a single font has no face 1
 
     fm->ClearFontMaps();
     EXPECT_FALSE(fm->IsExisting(kSans, 0));
     EXPECT_TRUE(impl()->fontDataMap.empty());
     EXPECT_EQ(impl()->totalBufferMB, 0.0);
-    // The font taken before the clear still owns its FreeType face.
-    EXPECT_EQ(first->GetIndex(), 0);
 }
 
-TEST_F(FontManagerTest, MissingFileFailsOnceAndIsNotRetried)
+TEST_F(FontManagerTest, MissingRandomTruncatedAndEmptyFontsAreRefused)
 {
-    FontManager* fm = FontManager::GetInstance();
     LmTest::LogCapture log;
     EXPECT_FALSE(fm->AddMinikinFont(kMissing, nullptr, 0, 0, true));
     EXPECT_TRUE(log.contains("LmFontManager", std::string("Failed to open ") + kMissing + " as a font"));
     EXPECT_TRUE(log.contains("LmFontManager", "AddMinikinFont() - Fail to get font"));
-    ASSERT_EQ(impl()->fontDataMap.count(LmFontManagerImpl::PathKey(kMissing)), 1u);
-    EXPECT_EQ(impl()->fontDataMap[LmFontManagerImpl::PathKey(kMissing)]->buffer, nullptr);
-
     log.clear();
-    EXPECT_FALSE(fm->AddMinikinFont(kMissing, nullptr, 0, 0, true));
+    EXPECT_FALSE(fm->AddMinikinFont(kMissing, nullptr, 0, 0, true));  // the failed file is not retried
     EXPECT_FALSE(log.containsMessage(std::string("Failed to open ") + kMissing + " as a font"));
-    EXPECT_TRUE(log.containsMessage("AddMinikinFont() - Fail to get font"));
-}
-
-TEST_F(FontManagerTest, NullOrEmptyNamesAreRefused)
-{
-    FontManager* fm = FontManager::GetInstance();
-    LmTest::LogCapture log;
-    EXPECT_FALSE(fm->AddMinikinFont((const char*)nullptr, nullptr, 0, 0, true));
-    EXPECT_FALSE(fm->AddMinikinFont("", new char[4](), 4, 0, true));
     EXPECT_FALSE(fm->AddMinikinFont((LmString*)nullptr, new char[4](), 4, 0, true));
     EXPECT_TRUE(log.contains("LmFontManager", "AddMinikinFont() - path is NULL"));
-    EXPECT_FALSE(fm->IsExisting(nullptr, 0));
-    EXPECT_FALSE(fm->IsExisting("", 0));
-    EXPECT_TRUE(log.contains("LmFontManager", "IsExisting() - path is NULL"));
-    std::shared_ptr<LmPlatformFont> font;
-    EXPECT_FALSE(fm->GetMinikinFont(font, nullptr, 0));
-    EXPECT_EQ(font, nullptr);
-}
 
-TEST_F(FontManagerTest, BadFontBytesAreRefusedAndFreed)
-{
-    FontManager* fm = FontManager::GetInstance();
     std::vector<char> bytes = readFile(kSans);
-    ASSERT_GT(bytes.size(), 4096u);
-
     std::vector<char> noise(bytes.size());
     std::mt19937 random(1234);
     for (char& c : noise) c = (char)(random() & 0xFF);
-
-    LmTest::LogCapture log;
     EXPECT_FALSE(fm->AddMinikinFont("random", handOver(noise, noise.size()), (unsigned)noise.size(), 0, true));
     EXPECT_FALSE(fm->AddMinikinFont("truncated", handOver(bytes, 2048), 2048, 0, true));
     EXPECT_FALSE(fm->AddMinikinFont("empty", new char[1](), 0, 0, true));
     EXPECT_TRUE(log.contains("LmFontManager", "AddMinikinFont() - Fail to create typeface"));
-    EXPECT_TRUE(log.contains("LmFontManager", "AddMinikinFont() - Fail to get font"));
-    EXPECT_FALSE(fm->IsExisting("random", 0));
-    EXPECT_FALSE(fm->IsExisting("truncated", 0));
-    EXPECT_TRUE(impl()->handedBuffers.empty());
+    EXPECT_TRUE(impl()->handedBuffers.empty() && impl()->fontMap.empty());
 
-    // The same faults from files on disk: a truncated copy and an empty file.
-    std::string dir = ::testing::TempDir();
-    std::string truncated = dir + "/lm_truncated_font.ttf";
-    std::string empty = dir + "/lm_empty_font.ttf";
-    {
-        std::ofstream(truncated, std::ios::binary).write(bytes.data(), 3000);
-        std::ofstream(empty, std::ios::binary);
-    }
+    // The same from files on disk.
+    std::string truncated = ::testing::TempDir() + "/lm_truncated_font.ttf";
+    std::string empty = ::testing::TempDir() + "/lm_empty_font.ttf";
+    std::ofstream(truncated, std::ios::binary).write(bytes.data(), 3000);
+    std::ofstream(empty, std::ios::binary).flush();
     EXPECT_FALSE(fm->AddMinikinFont(truncated.c_str(), nullptr, 0, 0, true));
     EXPECT_FALSE(fm->AddMinikinFont(empty.c_str(), nullptr, 0, 0, true));
     std::remove(truncated.c_str());
@@ -227,160 +148,109 @@ TEST_F(FontManagerTest, BadFontBytesAreRefusedAndFreed)
 
 TEST_F(FontManagerTest, HandedBuffersAreKeptOnceAndDuplicatesFreed)
 {
-    FontManager* fm = FontManager::GetInstance();
     std::vector<char> bytes = readFile(kSans);
-    ASSERT_TRUE(fm->AddMinikinFont("user", handOver(bytes, bytes.size()), (unsigned)bytes.size(), 0, true));
-    EXPECT_EQ(impl()->handedBuffers.size(), 1u);
-    OwnedString name("user");
-    std::shared_ptr<LmPlatformFont> first;
+    unsigned size = (unsigned)bytes.size();
+    ASSERT_TRUE(fm->AddMinikinFont("user", handOver(bytes, size), size, 0, true));
+    Str name("user");
+    std::shared_ptr<LmPlatformFont> first, again;
     ASSERT_TRUE(fm->GetMinikinFont(first, &name.s, 0));
-
-    // Checked: already registered, the second buffer is freed at once.
-    EXPECT_TRUE(fm->AddMinikinFont("user", handOver(bytes, bytes.size()), (unsigned)bytes.size(), 0, true));
-    // Unchecked: the font is made and thrown away, its buffer with it.
-    EXPECT_TRUE(fm->AddMinikinFont("user", handOver(bytes, bytes.size()), (unsigned)bytes.size(), 0, false));
-    EXPECT_EQ(impl()->handedBuffers.size(), 1u);
-    std::shared_ptr<LmPlatformFont> again;
+    // Checked, the second buffer is freed at once; unchecked, its font is made and dropped.
+    EXPECT_TRUE(fm->AddMinikinFont("user", handOver(bytes, size), size, 0, true));
+    EXPECT_TRUE(fm->AddMinikinFont("user", handOver(bytes, size), size, 0, false));
     ASSERT_TRUE(fm->GetMinikinFont(again, &name.s, 0));
     EXPECT_EQ(again, first);
-    EXPECT_TRUE(first->HasGlyph('A'));
-    // No file was read for a handed buffer.
+    EXPECT_EQ(impl()->handedBuffers.size(), 1u);
     EXPECT_TRUE(impl()->fontDataMap.empty());
-}
-
-TEST_F(FontManagerTest, VerboseLoggingReportsTheMappedTotal)
-{
-    LmLog::SetDebugEnable(true);
-    if (!LmLog::IsAllLogEnable()) GTEST_SKIP() << "verbose logging is off in this build type";
-    LmTest::LogCapture log;
-    ASSERT_TRUE(FontManager::GetInstance()->AddMinikinFont(kSans, nullptr, 0, 0, true));
-    double mb = readFile(kSans).size() / 1024000.0;
-    char expected[512];
-    std::snprintf(expected, sizeof expected, "BUFFER TOTAL SIZE(%.2fMB) <- %s(%.2fMB) ", mb, kSans, mb);
-    EXPECT_TRUE(log.contains("LmFontManager", expected));
+    EXPECT_TRUE(first->HasGlyph('A'));
 }
 
 TEST_F(FontManagerTest, UserFontNameSetsWeightAndSlant)
 {
-    FontManager* fm = FontManager::GetInstance();
     std::vector<char> bytes = readFile(kSans);
-    for (const char* name : {"/fonts/Foo-Bold-Italic.ttf", "/fonts/Foo-Thin-Bold.ttf", "/fonts/Roboto-Medium.ttf",
-                             "-Bold.ttf", "/fonts/Foo-Light.ttf", "/fonts/Foo-Black.ttf", "/fonts/Foo-Bold.ttf",
-                             "/fonts/Foo-Regular.ttf"})
-        ASSERT_TRUE(fm->AddMinikinFont(name, handOver(bytes, bytes.size()), (unsigned)bytes.size(), 0, true)) << name;
+    struct Case {
+        const char* name;
+        const char* family;
+        int weight;
+        bool italic;
+    };
+    const Case cases[] = {
+        {"/f/Foo-Bold-Italic.ttf", nullptr, 400, true},  // italic names keep the caller's weight
+        {"/f/Foo-Thin-Bold.ttf", nullptr, 100, false},   // -Thin is tested before -Bold
+        {"/f/Roboto-Medium.ttf", "qvx-roboto-light", 700, false},
+        {"/f/Roboto-Medium.ttf", "sans-serif", 500, false},
+        {"-Bold.ttf", nullptr, 400, false},  // a match at the very start does not count
+        {"/f/Foo-Light.ttf", nullptr, 300, false},
+        {"/f/Foo-Black.ttf", nullptr, 900, false},
+        {"/f/Foo-Bold.ttf", nullptr, 700, false},
+        {"/f/Foo-Regular.ttf", nullptr, 400, false},
+    };
+    for (const Case& c : cases) {
+        fm->AddMinikinFont(c.name, handOver(bytes, bytes.size()), (unsigned)bytes.size(), 0, true);
+        Str user(c.name);
+        std::unique_ptr<Str> family(c.family ? new Str(c.family) : nullptr);
+        std::vector<std::shared_ptr<LmPlatformFamily>> families;
+        int weight = 400;
+        ASSERT_TRUE(fm->GetMinikinFontFamilies(family ? &family->s : nullptr, families, &user.s, weight));
+        EXPECT_EQ(weight, c.weight) << c.name;
+        ASSERT_EQ(families.size(), 1u) << c.name;
+        EXPECT_EQ(families[0]->getFonts().at(0).weight, c.weight) << c.name;
+        EXPECT_EQ(families[0]->getFonts().at(0).italic, c.italic) << c.name;
+    }
 
-    UserResult r = userFamilies("/fonts/Foo-Bold-Italic.ttf");
-    EXPECT_EQ(r.weight, 400);  // italic names keep the caller's weight
-    EXPECT_EQ(r.fontWeight, 400);
-    EXPECT_TRUE(r.fontItalic);
-
-    EXPECT_EQ(userFamilies("/fonts/Foo-Thin-Bold.ttf").weight, 100);  // -Thin is tested first
-    EXPECT_EQ(userFamilies("/fonts/Roboto-Medium.ttf", "qvx-roboto-light").weight, 700);
-    EXPECT_EQ(userFamilies("/fonts/Roboto-Medium.ttf", "sans-serif").weight, 500);
-    EXPECT_EQ(userFamilies("/fonts/Roboto-Medium.ttf").weight, 500);
-    EXPECT_EQ(userFamilies("-Bold.ttf").weight, 400);  // a match at the very start does not count
-    EXPECT_EQ(userFamilies("/fonts/Foo-Light.ttf").weight, 300);
-    EXPECT_EQ(userFamilies("/fonts/Foo-Black.ttf").weight, 900);
-
-    r = userFamilies("/fonts/Foo-Bold.ttf");
-    EXPECT_EQ(r.weight, 700);
-    EXPECT_EQ(r.families, 1u);
-    EXPECT_EQ(r.fontWeight, 700);
-    EXPECT_FALSE(r.fontItalic);
-
-    r = userFamilies("/fonts/Foo-Regular.ttf");
-    EXPECT_EQ(r.weight, 400);
-    EXPECT_EQ(r.fontWeight, 400);
-
-    // An unregistered name still sets the weight but adds no family; so does a system Roboto
-    // file, which the system families serve.
-    r = userFamilies("/fonts/Unknown-Bold.ttf");
-    EXPECT_EQ(r.weight, 700);
-    EXPECT_EQ(r.families, 0u);
-    ASSERT_TRUE(fm->AddMinikinFont("/system/fonts/Roboto-Bold.ttf", handOver(bytes, bytes.size()),
-                                   (unsigned)bytes.size(), 0, true));
-    r = userFamilies("/system/fonts/Roboto-Bold.ttf");
-    EXPECT_EQ(r.weight, 700);
-    EXPECT_EQ(r.families, 0u);
+    // Unregistered names, and the system's own Roboto files, set the weight but add no family.
+    fm->AddMinikinFont("/system/fonts/Roboto-Bold.ttf", handOver(bytes, bytes.size()), (unsigned)bytes.size(), 0, true);
+    for (const char* name : {"/f/Unknown-Bold.ttf", "/system/fonts/Roboto-Bold.ttf"}) {
+        Str user(name);
+        std::vector<std::shared_ptr<LmPlatformFamily>> families;
+        int weight = 400;
+        ASSERT_TRUE(fm->GetMinikinFontFamilies(nullptr, families, &user.s, weight));
+        EXPECT_EQ(weight, 700);
+        EXPECT_TRUE(families.empty()) << name;
+    }
 }
 
 TEST_F(FontManagerTest, SystemFamiliesAreTakenOnceAndLoadedOnDemand)
 {
-    FontManager* fm = FontManager::GetInstance();
-    EXPECT_FALSE(fm->IsSystemFontFamiliesAlreadySet());
     auto* list = new List();
     list->Construct();
     LmFontFamily* base = makeFamily(0, 0, {kSans});
-    LmFontFamily* serif = makeFamily(7001, 2, {kSerif}, 500, true);
+    LmFontFamily* serif = makeFamily(7001, 2, {kSerif});
     LmFontFamily* broken = makeFamily(7002, 0, {kSans, kMissing});
     LmFontFamily* empty = makeFamily(7003, 0, {});
     for (LmFontFamily* f : {base, serif, broken, empty}) list->Add(f);
     EXPECT_TRUE(fm->SetSystemFontFamilies(list));
     EXPECT_TRUE(fm->IsSystemFontFamiliesAlreadySet());
-
-    // A later list is ignored and stays the caller's.
-    List other;
-    other.Construct();
-    EXPECT_TRUE(fm->SetSystemFontFamilies(&other));
+    List later;  // ignored, and stays the caller's
+    later.Construct();
+    EXPECT_TRUE(fm->SetSystemFontFamilies(&later));
     EXPECT_EQ(fm->GetSystemFontFamilies(), list);
 
     base->loaded = fm->BuildMinikinFamily(base);
     EXPECT_EQ(base->loaded, 1);
-    EXPECT_FALSE(fm->BuildMinikinFamily(nullptr));
-    EXPECT_FALSE(fm->BuildMinikinFamily(empty));
-
+    EXPECT_FALSE(fm->BuildMinikinFamily(nullptr) || fm->BuildMinikinFamily(empty));
     EXPECT_FALSE(fm->LoadMinikinFontFamily(9999));
     EXPECT_TRUE(fm->LoadMinikinFontFamily(7001));
     EXPECT_EQ(serif->loaded, 1);
-    EXPECT_FALSE(fm->LoadMinikinFontFamily(7001));  // loaded families are skipped
-    // A family whose second font is missing stops there and stays unloaded.
-    EXPECT_TRUE(fm->LoadMinikinFontFamily(7002));
+    EXPECT_FALSE(fm->LoadMinikinFontFamily(7001));  // built once
+    EXPECT_TRUE(fm->LoadMinikinFontFamily(7002));   // stops at its missing font
     EXPECT_EQ(broken->loaded, 0);
-    EXPECT_TRUE(fm->IsExisting(kSans, 0));
 
-    // No user font: the loaded system families in order, with their locale and variant.
-    std::vector<std::shared_ptr<LmPlatformFamily>> families;
-    int weight = 400;
-    ASSERT_TRUE(fm->GetMinikinFontFamilies(nullptr, families, nullptr, weight));
-    ASSERT_EQ(families.size(), 2u);
-    EXPECT_EQ(families[0]->getLocaleListId(), 0u);
-    EXPECT_EQ(families[1]->getLocaleListId(), 7001u);
-    EXPECT_EQ(families[1]->getVariant(), 2);
-    ASSERT_EQ(families[1]->getNumFonts(), 1u);
-    EXPECT_EQ(families[1]->getFonts()[0].weight, 500);
-    EXPECT_TRUE(families[1]->getFonts()[0].italic);
-    EXPECT_FALSE(families[0]->isCustomFallback());
-
-    // A user font goes first.
+    // The user font first, then the loaded system families in order.
     std::vector<char> bytes = readFile(kSerif);
     ASSERT_TRUE(fm->AddMinikinFont("mine-Bold.ttf", handOver(bytes, bytes.size()), (unsigned)bytes.size(), 0, true));
-    OwnedString user("mine-Bold.ttf");
-    families.clear();
+    Str user("mine-Bold.ttf");
+    std::vector<std::shared_ptr<LmPlatformFamily>> families;
+    int weight = 400;
     ASSERT_TRUE(fm->GetMinikinFontFamilies(nullptr, families, &user.s, weight));
     ASSERT_EQ(families.size(), 3u);
-    EXPECT_EQ(weight, 700);
-    EXPECT_EQ(families[0]->getFonts()[0].weight, 700);
+    EXPECT_EQ(families[0]->getFonts().at(0).weight, 700);
     EXPECT_EQ(families[1]->getLocaleListId(), 0u);
+    EXPECT_EQ(families[2]->getLocaleListId(), 7001u);
+    EXPECT_EQ(families[2]->getVariant(), 2);
+    EXPECT_EQ(families[2]->getFonts().at(0).weight, 500);
+    EXPECT_TRUE(families[2]->getFonts().at(0).italic);
 
     fm->ClearFontFamilies();
     EXPECT_FALSE(fm->IsSystemFontFamiliesAlreadySet());
-    EXPECT_EQ(fm->GetSystemFontFamilies(), nullptr);
     EXPECT_FALSE(fm->LoadMinikinFontFamily(7001));
-}
-
-TEST_F(FontManagerTest, FamiliesWhoseFontsWereClearedDrop)
-{
-    FontManager* fm = FontManager::GetInstance();
-    auto* list = new List();
-    list->Construct();
-    LmFontFamily* base = makeFamily(0, 0, {kSans});
-    list->Add(base);
-    fm->SetSystemFontFamilies(list);
-    base->loaded = fm->BuildMinikinFamily(base);
-    fm->ClearFontMaps();
-
-    std::vector<std::shared_ptr<LmPlatformFamily>> families;
-    int weight = 400;
-    EXPECT_TRUE(fm->GetMinikinFontFamilies(nullptr, families, nullptr, weight));
-    EXPECT_TRUE(families.empty());
 }
