@@ -153,7 +153,7 @@ TEST(LmTextErrors, ClampedValuesAreReportedAndRenderAsTheLibraryClampsThem)
     ToolRun plain = runTool({"render", "-t", "Hi", "-f", kToolFont, "--key", "--stroke", "size=100,opacity=1",
                              "--outer-shadow", "angle=330,distance=4", "-o", kDir + "plain.png"});
     EXPECT_EQ(plain.exitCode, 0) << plain.err;
-    EXPECT_EQ(plain.err, "");
+    EXPECT_EQ(plain.err.find("lmtext:"), std::string::npos) << plain.err;
     ASSERT_FALSE(plain.out.empty());
     EXPECT_EQ(clamped.out.substr(0, clamped.out.find('\n')), plain.out.substr(0, plain.out.find('\n')));
     LmTest::Png a = LmTest::readPng(kDir + "clamped.png"), b = LmTest::readPng(kDir + "plain.png");
