@@ -10,6 +10,7 @@
 #include <fontconfig/fontconfig.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <mutex>
 #include <set>
 #include <vector>
@@ -44,15 +45,27 @@ struct FaceInfo {
     int weight;  // 1..1000
 };
 
-// fontconfig keeps one process-wide configuration; loading it once is enough.
+FcConfig* gConfig = nullptr;
+
+// fontconfig frees its internal tables only in FcFini; without it every process that looked
+// up a font would end with a leak report under the sanitizers.
+void releaseConfig()
+{
+    if (gConfig) FcConfigDestroy(gConfig);
+    gConfig = nullptr;
+    FcFini();
+}
+
+// The library's own configuration, loaded once and kept until exit (the default one would
+// be shared with, and could be reloaded by, other users of fontconfig).
 FcConfig* config()
 {
     static std::once_flag once;
-    static FcConfig* cfg = nullptr;
     std::call_once(once, [] {
-        if (FcInit()) cfg = FcConfigGetCurrent();
+        gConfig = FcInitLoadConfigAndFonts();
+        if (gConfig) std::atexit(releaseConfig);
     });
-    return cfg;
+    return gConfig;
 }
 
 bool getString(FcPattern* p, const char* object, std::string* out)
