@@ -2,6 +2,8 @@
 
 #include "effect/LmEffect.h"
 #include "foundation/LmString.h"
+#include "platform/LmLocaleListRegistry.h"
+#include "text/LmFontFamily.h"
 #include "text/LmFontDrawing.h"
 #include "text/LmView.h"
 
@@ -10,6 +12,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <random>
+#include <string>
 
 using namespace LmFontEffect;
 using namespace LmTest;
@@ -336,4 +339,44 @@ TEST_F(EndToEnd, DegenerateTextsAndSizesNeverCrash)
         ASSERT_NE(nullptr, px);
         for (int i = 0; i < 80 * 40; i++) ASSERT_EQ(0u, px[i]);
     }
+}
+
+TEST_F(EndToEnd, SystemFamiliesCoverTheCommonScriptsWithoutMissingGlyphs)
+{
+    List families;
+    families.Construct();
+    ASSERT_GE(LmSystemFonts::CollectFamilies(&families), 2);
+    // The default family comes first, loads at once and serves any language.
+    const LmFontFamily* first = static_cast<const LmFontFamily*>(families.Get(0));
+    EXPECT_EQ(0u, first->localeListId);
+    EXPECT_EQ(0, first->loaded);
+    bool cjk = false;
+    for (int i = 0; i < families.GetCount(); i++) {
+        const LmFontFamily* f = static_cast<const LmFontFamily*>(families.Get(i));
+        cjk = cjk || f->localeListId == LmLocaleListRegistry::registerLocaleList("zh-Hans");
+        delete f;
+    }
+    families.RemoveAll();
+    EXPECT_TRUE(cjk);
+
+    // Every script of the text reaches a font with real glyphs once its locales are loaded.
+    freshFontManager(true);
+    const std::u16string text = u"Hello \u041F\u0440\u0438\u0432\u0435\u0442 \u0393\u03B5\u03B9\u03AC "
+                                u"\u0645\u0631\u062D\u0628\u0627 \u05E9\u05DC\u05D5\u05DD \u4F60\u597D "
+                                u"\u3053\u3093\u306B\u3061\u306F \uAC00";  // the stock CJK font has only some Hangul
+    LmTextObject object;
+    ASSERT_EQ(1, object.Construct());
+    ASSERT_EQ(1, object.SetText(std::wstring(text.begin(), text.end()).c_str()));
+    std::vector<std::shared_ptr<LmPlatformFamily>> list;
+    int weight = 400;
+    ASSERT_TRUE(FontManager::GetInstance()->GetMinikinFontFamilies(nullptr, list, nullptr, weight));
+    auto typeface = LmTypeface::createFromFamilies(std::move(list), weight, false);
+    ASSERT_TRUE(typeface);
+    LmPaint paint;
+    paint.setTextSize(24.0f);
+    std::vector<uint16_t> units = utf16(text);
+    LmLayout layout = LmLayoutUtils::doLayout(paint, LmLayoutUtils::kBidiDefaultLTR, typeface.get(), units.data(),
+                                              units.size(), 0, units.size(), 0, units.size());
+    ASSERT_GT(layout.nGlyphs(), 30u);
+    for (size_t i = 0; i < layout.nGlyphs(); i++) EXPECT_NE(0u, layout.getGlyphId(i)) << "glyph " << i;
 }
