@@ -122,9 +122,9 @@ std::vector<FaceInfo> familyFaces(const std::string& family)
 }
 
 // Family name of the best font for a pattern that has the sample character (0: any).
-bool bestFamily(const char* spec, FcChar32 sample, std::string* family)
+bool bestFamily(const char* query, FcChar32 sample, std::string* family)
 {
-    FcPattern* pattern = FcNameParse(reinterpret_cast<const FcChar8*>(spec));
+    FcPattern* pattern = FcNameParse(reinterpret_cast<const FcChar8*>(query));
     if (!pattern) return false;
     FcConfigSubstitute(config(), pattern, FcMatchPattern);
     FcDefaultSubstitute(pattern);
@@ -182,10 +182,10 @@ int LmSystemFonts::CollectFamilies(List* families)
         }
     }
     for (const ScriptFallback& script : kScripts) {
-        std::string spec = std::string("sans-serif:lang=") + script.fcLang;
+        std::string query = std::string("sans-serif:lang=") + script.fcLang;
         std::string name;
         // A script the default family covers needs no fallback of its own.
-        if (!bestFamily(spec.c_str(), script.sample, &name) || taken.count(name)) continue;
+        if (!bestFamily(query.c_str(), script.sample, &name) || taken.count(name)) continue;
         std::vector<FaceInfo> faces = familyFaces(name);
         if (faces.empty()) continue;
         families->Add(newFamily(faces, LmLocaleListRegistry::registerLocaleList(script.locale)));
