@@ -16,18 +16,6 @@
 
 using namespace LmTextTool;
 
-// fontconfig keeps its configuration until the process ends; in sanitizer builds the leak
-// checker would count that as a leak and fail every run.
-extern "C" const char* __lsan_default_suppressions()
-{
-    return "leak:libfontconfig.so";
-}
-
-extern "C" const char* __lsan_default_options()
-{
-    return "print_suppressions=0";
-}
-
 namespace {
 
 // The values of the render subcommand as typed, applied over the scene file's.
