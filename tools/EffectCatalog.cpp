@@ -1,6 +1,6 @@
 #include "EffectCatalog.h"
 
-#include "EffectSpec.h"
+#include "EffectRequest.h"
 #include "RgbaImage.h"
 #include "ToolError.h"
 
@@ -66,14 +66,14 @@ std::unique_ptr<LmBitmap> loadPattern(const std::string& path)
     return tile;
 }
 
-int addShadow(LmEffect& stack, const EffectSpec& s, bool inner)
+int addShadow(LmEffect& stack, const EffectRequest& s, bool inner)
 {
     float a = s.number("angle"), d = s.number("distance"), z = s.number("size"), o = s.number("opacity");
     unsigned c = s.colour("color");
     return inner ? stack.addInnerShadowText(a, d, z, c, o) : stack.addOuterShadowText(a, d, z, c, o);
 }
 
-int addGlow(LmEffect& stack, const EffectSpec& s, bool inner)
+int addGlow(LmEffect& stack, const EffectRequest& s, bool inner)
 {
     std::vector<LmGradient> stops = toGradient(s.stops("stops"));
     float z = s.number("size"), o = s.number("opacity");
@@ -83,7 +83,7 @@ int addGlow(LmEffect& stack, const EffectSpec& s, bool inner)
     return inner ? stack.addInnerGlowText(z, c, o, n, p) : stack.addOuterGlowText(z, c, o, n, p);
 }
 
-int addLighting(LmEffect& stack, const EffectSpec& s, bool emboss)
+int addLighting(LmEffect& stack, const EffectRequest& s, bool emboss)
 {
     int style = s.integer("style"), dir = s.integer("direction"), tech = s.integer("technique");
     int soften = s.integer("soften");
@@ -95,7 +95,7 @@ int addLighting(LmEffect& stack, const EffectSpec& s, bool emboss)
     return stack.addBevelText(style, size, depth, dir, tech, soften, o, angle, alt, sc, so, hc, ho);
 }
 
-int addGradient(LmEffect& stack, const EffectSpec& s, bool radial)
+int addGradient(LmEffect& stack, const EffectRequest& s, bool radial)
 {
     std::vector<LmGradient> stops = toGradient(s.stops("stops"));
     int n = (int)stops.size();
@@ -104,7 +104,7 @@ int addGradient(LmEffect& stack, const EffectSpec& s, bool radial)
     return stack.addLinearGradientText(s.number("angle"), s.number("scale"), s.number("opacity"), n, p);
 }
 
-int addPattern(LmEffect& stack, const EffectSpec& s)
+int addPattern(LmEffect& stack, const EffectRequest& s)
 {
     // The layer keeps a copy of the image, so ours can go when the call returns.
     std::unique_ptr<LmBitmap> tile = loadPattern(s.text("image"));
@@ -174,37 +174,37 @@ std::vector<EffectInfo> buildCatalog()
                   {"position", ParamType::Choice, ParamRule::None, "outside", "where the outline lies",
                    {{"center", 0}, {"centre", 0}, {"outside", 1}, {"inside", 2}}},
                   {"extra", ParamType::Integer, ParamRule::None, "0", "kept in the key, read by no layer", {}}},
-                 [](LmEffect& st, const EffectSpec& s) {
+                 [](LmEffect& st, const EffectRequest& s) {
                      return st.addStrokeText(s.number("size"), s.colour("color"), s.number("opacity"),
                                              s.integer("extra"), s.integer("position"));
                  }});
     c.push_back({"outer-shadow", 1, "blurred, offset shadow behind the text", shadowParams(),
-                 [](LmEffect& st, const EffectSpec& s) { return addShadow(st, s, false); }});
+                 [](LmEffect& st, const EffectRequest& s) { return addShadow(st, s, false); }});
     c.push_back({"inner-shadow", 2, "shadow cut into the glyphs", shadowParams(),
-                 [](LmEffect& st, const EffectSpec& s) { return addShadow(st, s, true); }});
+                 [](LmEffect& st, const EffectRequest& s) { return addShadow(st, s, true); }});
     c.push_back({"outer-glow", 3, "soft halo around the glyphs", glowParams("#FFC000"),
-                 [](LmEffect& st, const EffectSpec& s) { return addGlow(st, s, false); }});
+                 [](LmEffect& st, const EffectRequest& s) { return addGlow(st, s, false); }});
     c.push_back({"inner-glow", 4, "light from the glyph edges inward", glowParams("#FFFF80"),
-                 [](LmEffect& st, const EffectSpec& s) { return addGlow(st, s, true); }});
+                 [](LmEffect& st, const EffectRequest& s) { return addGlow(st, s, true); }});
     c.push_back({"linear-gradient", 7, "fill with a colour ramp at an angle",
                  {number("angle", ParamRule::Angle, "90", "direction of the ramp in degrees"),
                   number("scale", ParamRule::Scale2, "1", "ramp length, 1 = the text box"),
                   opacity("opacity", "1"), stops("#FF3000@0+#FFD000@1", "ramp colours, up to 256")},
-                 [](LmEffect& st, const EffectSpec& s) { return addGradient(st, s, false); }});
+                 [](LmEffect& st, const EffectRequest& s) { return addGradient(st, s, false); }});
     c.push_back({"radial-gradient", 8, "fill with circles of colour from the centre",
                  {number("scale", ParamRule::Scale2, "1", "ramp length, 1 = the text box"),
                   opacity("opacity", "1"), stops("#FFFF60@0+#D00060@1", "ramp colours, up to 256")},
-                 [](LmEffect& st, const EffectSpec& s) { return addGradient(st, s, true); }});
+                 [](LmEffect& st, const EffectRequest& s) { return addGradient(st, s, true); }});
     c.push_back({"pattern", 11, "fill with a tiled image",
                  {{"image", ParamType::Image, ParamRule::None, "stripes", "PNG file, or stripes", {}},
                   number("scale", ParamRule::Scale10, "1", "tile scale"), opacity("opacity", "1")},
-                 [](LmEffect& st, const EffectSpec& s) { return addPattern(st, s); }});
+                 [](LmEffect& st, const EffectRequest& s) { return addPattern(st, s); }});
     c.push_back({"bevel", 5, "raised edges lit from one side",
                  lightingParams({{"outer", 0}, {"inner", 1}}, "inner"),
-                 [](LmEffect& st, const EffectSpec& s) { return addLighting(st, s, false); }});
+                 [](LmEffect& st, const EffectRequest& s) { return addLighting(st, s, false); }});
     c.push_back({"emboss", 6, "text pressed out of the surface",
                  lightingParams({{"emboss", 0}, {"pillow", 3}}, "emboss"),
-                 [](LmEffect& st, const EffectSpec& s) { return addLighting(st, s, true); }});
+                 [](LmEffect& st, const EffectRequest& s) { return addLighting(st, s, true); }});
     return c;
 }
 
@@ -267,8 +267,8 @@ std::string EffectCatalog::names()
 bool EffectCatalog::isAvailable(const EffectInfo& info)
 {
     LmEffect scratch(nullptr);
-    EffectSpec spec(info, info.name);
-    return info.add(scratch, spec) >= 0;
+    EffectRequest request(info, info.name);
+    return info.add(scratch, request) >= 0;
 }
 
 std::vector<const EffectInfo*> EffectCatalog::available()
@@ -279,13 +279,13 @@ std::vector<const EffectInfo*> EffectCatalog::available()
     return out;
 }
 
-int EffectCatalog::addTo(LmEffect& stack, const EffectSpec& spec)
+int EffectCatalog::addTo(LmEffect& stack, const EffectRequest& request)
 {
-    int id = spec.info().add(stack, spec);
+    int id = request.info().add(stack, request);
     if (id < 0) {
         std::string have;
         for (const EffectInfo* e : available()) have += (have.empty() ? "" : ", ") + e->name;
-        throw ToolError::failure(spec.origin() + ": effect '" + spec.info().name +
+        throw ToolError::failure(request.origin() + ": effect '" + request.info().name +
                                  "' is not available in this build (available: " + (have.empty() ? "none" : have) +
                                  ")");
     }

@@ -12,7 +12,7 @@ class LmEffect;
 
 namespace LmTextTool {
 
-class EffectSpec;
+class EffectRequest;
 
 // Every effect kind the library defines, with the parameters of its add operation.
 class EffectCatalog {
@@ -30,7 +30,7 @@ public:
 
     // Adds the effect through its add operation; a kind without a layer in this build is a
     // ToolError (exit 1). Returns the layer id.
-    static int addTo(LmFontEffect::LmEffect& stack, const EffectSpec& spec);
+    static int addTo(LmFontEffect::LmEffect& stack, const EffectRequest& request);
 
     // The effects part of --help: every parameter with its range and default.
     static std::string helpText();

@@ -10,7 +10,7 @@ class LmEffect;
 
 namespace LmTextTool {
 
-class EffectSpec;
+class EffectRequest;
 
 // How the effect stack's add operation treats a number before the layer sees it. The tool
 // mirrors these rules only to tell the user; the raw value is what it passes on.
@@ -51,7 +51,7 @@ struct EffectInfo {
     int kind;
     std::string summary;
     std::vector<ParamInfo> params;
-    int (*add)(LmFontEffect::LmEffect& stack, const EffectSpec& spec);
+    int (*add)(LmFontEffect::LmEffect& stack, const EffectRequest& request);
 
     const ParamInfo* findParam(const std::string& key) const;
     std::string paramNames() const;

@@ -88,19 +88,19 @@ std::vector<StopValue> stopsOf(const json& v, const std::string& what)
     return stops;
 }
 
-EffectSpec effectOf(const json& v, const std::string& what)
+EffectRequest effectOf(const json& v, const std::string& what)
 {
     if (!v.is_object() || !v.contains("type"))
         throw ToolError::usage(what + ": expected an object with a \"type\" (one of " + EffectCatalog::names() + ")");
     std::string type = stringOf(v["type"], what + ".type");
-    EffectSpec spec(EffectCatalog::require(type, what), what + " (" + type + ")");
+    EffectRequest request(EffectCatalog::require(type, what), what + " (" + type + ")");
     for (auto it = v.begin(); it != v.end(); ++it) {
         if (it.key() == "type") continue;
         std::string key = what + "." + it.key();
-        if (it.value().is_array()) spec.setStops(it.key(), stopsOf(it.value(), key));
-        else spec.set(it.key(), scalarText(it.value(), key));
+        if (it.value().is_array()) request.setStops(it.key(), stopsOf(it.value(), key));
+        else request.set(it.key(), scalarText(it.value(), key));
     }
-    return spec;
+    return request;
 }
 
 void applyKey(Scene& scene, const std::string& key, const json& v, const std::string& what)

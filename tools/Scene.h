@@ -1,7 +1,7 @@
 #ifndef LMTEXT_SCENE_H
 #define LMTEXT_SCENE_H
 
-#include "EffectSpec.h"
+#include "EffectRequest.h"
 
 #include <string>
 #include <vector>
@@ -28,7 +28,7 @@ struct Scene {
     unsigned background = 0;  // painted behind the render in the PNG; transparent by default
     unsigned lineBackground = 0;
     bool lineBackgroundSet = false;
-    std::vector<EffectSpec> effects;
+    std::vector<EffectRequest> effects;
 
     // Reads a scene file. An unreadable file or malformed JSON is a ToolError with exit 1
     // naming the path and the reason; unknown keys, effects or parameters and malformed

@@ -265,7 +265,7 @@ SceneRenderer::Result SceneRenderer::render(const Scene& scene)
     lines.RemoveAll();
 
     LmEffect* effect = object.GetEffect();
-    for (const EffectSpec& spec : scene.effects) EffectCatalog::addTo(*effect, spec);
+    for (const EffectRequest& request : scene.effects) EffectCatalog::addTo(*effect, request);
 
     // The bitmap is the view grown by the stack's margins, as the bridge sizes it.
     int bitmapWidth = result.viewWidth + effect->getLeftOffset() + effect->getRightOffset();

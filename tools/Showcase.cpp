@@ -79,9 +79,9 @@ RgbaImage Showcase::render(const Options& options, std::vector<Cell>* cells, std
             continue;
         }
         Scene scene = baseScene(options, look.textColour);
-        EffectSpec spec(info, "showcase " + info.name);
-        spec.assign(look.params);
-        scene.effects.push_back(spec);
+        EffectRequest request(info, "showcase " + info.name);
+        request.assign(look.params);
+        scene.effects.push_back(request);
         tiles.push_back({info.name, SceneRenderer::render(scene).image, {}});
         shown.push_back(info.name);
     }
@@ -93,11 +93,11 @@ RgbaImage Showcase::render(const Options& options, std::vector<Cell>* cells, std
         Scene scene = baseScene(options, 0xFFFFC000u);
         std::string label;
         for (const std::string& name : combo) {
-            EffectSpec spec(*EffectCatalog::find(name), "showcase " + name);
+            EffectRequest request(*EffectCatalog::find(name), "showcase " + name);
             for (const Look& look : kLooks)
-                if (name == look.effect) spec.assign(look.params);
-            if (name == "stroke") spec.assign("size=3");
-            scene.effects.push_back(spec);
+                if (name == look.effect) request.assign(look.params);
+            if (name == "stroke") request.assign("size=3");
+            scene.effects.push_back(request);
             label += (label.empty() ? "" : " + ") + name;
         }
         tiles.push_back({label, SceneRenderer::render(scene).image, {}});

@@ -88,16 +88,16 @@ int runRender(const CLI::App& sub, const RenderArgs& args)
         if (it == args.effectArgs.end()) continue;
         size_t k = used[name]++;
         if (k >= it->second.size()) continue;
-        EffectSpec spec(*EffectCatalog::find(name), "--" + name);
-        spec.assign(it->second[k]);
-        scene.effects.push_back(spec);
+        EffectRequest request(*EffectCatalog::find(name), "--" + name);
+        request.assign(it->second[k]);
+        scene.effects.push_back(request);
     }
     if (scene.text.empty()) throw ToolError::usage("no text to render: give --text or a scene with \"text\"");
     if (args.output.empty() && !args.printKey) throw ToolError::usage("no output: give -o FILE.png (or --key)");
 
     // Said before rendering, so that the notes come also when the render fails.
-    for (const EffectSpec& spec : scene.effects)
-        for (const std::string& note : spec.clampNotes()) std::cerr << "lmtext: " << note << "\n";
+    for (const EffectRequest& request : scene.effects)
+        for (const std::string& note : request.clampNotes()) std::cerr << "lmtext: " << note << "\n";
     SceneRenderer::Result result = SceneRenderer::render(scene);
     if (!result.fontNote.empty()) std::cerr << "lmtext: " << result.fontNote << "\n";
     if (args.printKey) std::cout << result.keyHex << "\n";

@@ -1,5 +1,5 @@
-#ifndef LMTEXT_EFFECTSPEC_H
-#define LMTEXT_EFFECTSPEC_H
+#ifndef LMTEXT_EFFECTREQUEST_H
+#define LMTEXT_EFFECTREQUEST_H
 
 #include "EffectInfo.h"
 #include "ValueParser.h"
@@ -13,7 +13,7 @@ namespace LmTextTool {
 // One requested effect with every parameter resolved: the defaults, overridden by what the
 // user gave. `origin` names where it came from ("--stroke", "scene.json: effects[1]") for
 // messages.
-class EffectSpec {
+class EffectRequest {
 public:
     struct Value {
         double number = 0.0;
@@ -24,7 +24,7 @@ public:
         bool given = false;
     };
 
-    EffectSpec(const EffectInfo& info, std::string origin);
+    EffectRequest(const EffectInfo& info, std::string origin);
 
     // "key=value,key=value"; an empty string or "defaults" keeps every default.
     void assign(const std::string& assignments);

@@ -1,4 +1,4 @@
-#include "EffectSpec.h"
+#include "EffectRequest.h"
 
 #include "ToolError.h"
 
@@ -102,7 +102,7 @@ std::string EffectInfo::paramNames() const
     return out;
 }
 
-EffectSpec::EffectSpec(const EffectInfo& info, std::string origin) : mInfo(&info), mOrigin(std::move(origin))
+EffectRequest::EffectRequest(const EffectInfo& info, std::string origin) : mInfo(&info), mOrigin(std::move(origin))
 {
     for (const ParamInfo& p : info.params) {
         Value v;
@@ -111,7 +111,7 @@ EffectSpec::EffectSpec(const EffectInfo& info, std::string origin) : mInfo(&info
     }
 }
 
-void EffectSpec::assign(const std::string& assignments)
+void EffectRequest::assign(const std::string& assignments)
 {
     if (assignments.empty() || assignments == "defaults") return;
     size_t from = 0;
@@ -128,7 +128,7 @@ void EffectSpec::assign(const std::string& assignments)
     }
 }
 
-const ParamInfo& EffectSpec::param(const std::string& key) const
+const ParamInfo& EffectRequest::param(const std::string& key) const
 {
     std::string k = key == "colour" ? "color" : key;
     if (const ParamInfo* p = mInfo->findParam(k)) return *p;
@@ -136,7 +136,7 @@ const ParamInfo& EffectSpec::param(const std::string& key) const
                            "'; valid parameters: " + mInfo->paramNames());
 }
 
-void EffectSpec::set(const std::string& key, const std::string& text)
+void EffectRequest::set(const std::string& key, const std::string& text)
 {
     const ParamInfo& p = param(key);
     Value& v = mValues[p.name];
@@ -144,7 +144,7 @@ void EffectSpec::set(const std::string& key, const std::string& text)
     v.given = true;
 }
 
-void EffectSpec::setStops(const std::string& key, std::vector<StopValue> stops)
+void EffectRequest::setStops(const std::string& key, std::vector<StopValue> stops)
 {
     const ParamInfo& p = param(key);
     if (p.type != ParamType::Stops)
@@ -154,12 +154,12 @@ void EffectSpec::setStops(const std::string& key, std::vector<StopValue> stops)
     v.given = true;
 }
 
-const EffectSpec::Value& EffectSpec::value(const std::string& key) const
+const EffectRequest::Value& EffectRequest::value(const std::string& key) const
 {
     return mValues.at(key);
 }
 
-void EffectSpec::parseInto(const ParamInfo& p, const std::string& text, Value& v) const
+void EffectRequest::parseInto(const ParamInfo& p, const std::string& text, Value& v) const
 {
     std::string what = mOrigin + " " + p.name;
     switch (p.type) {
@@ -186,7 +186,7 @@ void EffectSpec::parseInto(const ParamInfo& p, const std::string& text, Value& v
     }
 }
 
-std::vector<std::string> EffectSpec::clampNotes() const
+std::vector<std::string> EffectRequest::clampNotes() const
 {
     std::vector<std::string> notes;
     const std::string prefix = mOrigin + ": ";
