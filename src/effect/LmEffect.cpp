@@ -149,36 +149,58 @@ int LmEffect::getNewEffectId()
     return id;
 }
 
+namespace {
+
+// The shared clamping of the shadow, glow and gradient add operations, per record type.
+template <class Record>
+int addShadow(LmEffect& stack, int kind, float angle, float distance, float size, unsigned colour, float opacity)
+{
+    float o = clampOpacity(opacity);
+    Record record(reduceDegrees(angle, 360), sizeLike(distance), sizeLike(size), premultiplied(colour, alphaByte(o)), o);
+    return stack.addEffect(-1, kind, &record);
+}
+
+template <class Record>
+int addGlow(LmEffect& stack, int kind, float size, unsigned colour, float opacity, int stopCount, LmGradient* stops)
+{
+    float o = clampOpacity(opacity);
+    std::vector<LmGradient> ramp = clampStops(stopCount, stops, o);
+    Record record(sizeLike(size), alphaReplaced(colour, alphaByte(o)), o, (int)ramp.size(),
+                  ramp.empty() ? nullptr : ramp.data());
+    return stack.addEffect(-1, kind, &record);
+}
+
+template <class Record>
+int addGradient(LmEffect& stack, int kind, float angle, float scale, float opacity, int stopCount, LmGradient* stops)
+{
+    float o = clampOpacity(opacity);
+    std::vector<LmGradient> ramp = clampStops(stopCount, stops, o);
+    scale = std::min(scale, 2.0f);
+    Record record(reduceDegrees(angle, 360), scale > 0.0f ? scale : 0.0f, o, (int)ramp.size(),
+                  ramp.empty() ? nullptr : ramp.data());
+    return stack.addEffect(-1, kind, &record);
+}
+
+} // namespace
+
 int LmEffect::addOuterShadowText(float angle, float distance, float size, unsigned colour, float opacity)
 {
-    LmOuterShadowProperty record(reduceDegrees(angle, 360), sizeLike(distance), sizeLike(size),
-                                 premultiplied(colour, alphaByte(clampOpacity(opacity))), clampOpacity(opacity));
-    return addEffect(-1, LM_EFFECT_OUTER_SHADOW, &record);
+    return addShadow<LmOuterShadowProperty>(*this, LM_EFFECT_OUTER_SHADOW, angle, distance, size, colour, opacity);
 }
 
 int LmEffect::addInnerShadowText(float angle, float distance, float size, unsigned colour, float opacity)
 {
-    LmInnerShadowProperty record(reduceDegrees(angle, 360), sizeLike(distance), sizeLike(size),
-                                 premultiplied(colour, alphaByte(clampOpacity(opacity))), clampOpacity(opacity));
-    return addEffect(-1, LM_EFFECT_INNER_SHADOW, &record);
+    return addShadow<LmInnerShadowProperty>(*this, LM_EFFECT_INNER_SHADOW, angle, distance, size, colour, opacity);
 }
 
 int LmEffect::addOuterGlowText(float size, unsigned colour, float opacity, int stopCount, LmGradient* stops)
 {
-    float o = clampOpacity(opacity);
-    std::vector<LmGradient> ramp = clampStops(stopCount, stops, o);
-    LmOuterGlowProperty record(sizeLike(size), alphaReplaced(colour, alphaByte(o)), o, (int)ramp.size(),
-                               ramp.empty() ? nullptr : ramp.data());
-    return addEffect(-1, LM_EFFECT_OUTER_GLOW, &record);
+    return addGlow<LmOuterGlowProperty>(*this, LM_EFFECT_OUTER_GLOW, size, colour, opacity, stopCount, stops);
 }
 
 int LmEffect::addInnerGlowText(float size, unsigned colour, float opacity, int stopCount, LmGradient* stops)
 {
-    float o = clampOpacity(opacity);
-    std::vector<LmGradient> ramp = clampStops(stopCount, stops, o);
-    LmInnerGlowProperty record(sizeLike(size), alphaReplaced(colour, alphaByte(o)), o, (int)ramp.size(),
-                               ramp.empty() ? nullptr : ramp.data());
-    return addEffect(-1, LM_EFFECT_INNER_GLOW, &record);
+    return addGlow<LmInnerGlowProperty>(*this, LM_EFFECT_INNER_GLOW, size, colour, opacity, stopCount, stops);
 }
 
 namespace {
@@ -219,32 +241,16 @@ int LmEffect::addEmbossText(int style, float size, float depth, int direction, i
     return addEffect(-1, LM_EFFECT_EMBOSS, &record);
 }
 
-namespace {
-
-float clampGradientScale(float scale)
-{
-    scale = std::min(scale, 2.0f);
-    return scale > 0.0f ? scale : 0.0f;
-}
-
-} // namespace
-
 int LmEffect::addLinearGradientText(float angle, float scale, float opacity, int stopCount, LmGradient* stops)
 {
-    float o = clampOpacity(opacity);
-    std::vector<LmGradient> ramp = clampStops(stopCount, stops, o);
-    LmLinearGradientProperty record(reduceDegrees(angle, 360), clampGradientScale(scale), o, (int)ramp.size(),
-                                    ramp.empty() ? nullptr : ramp.data());
-    return addEffect(-1, LM_EFFECT_LINEAR_GRADIENT, &record);
+    return addGradient<LmLinearGradientProperty>(*this, LM_EFFECT_LINEAR_GRADIENT, angle, scale, opacity, stopCount,
+                                                 stops);
 }
 
 int LmEffect::addRadialGradientText(float scale, float opacity, int stopCount, LmGradient* stops)
 {
-    float o = clampOpacity(opacity);
-    std::vector<LmGradient> ramp = clampStops(stopCount, stops, o);
-    LmRadialGradientProperty record(0.0f, clampGradientScale(scale), o, (int)ramp.size(),
-                                    ramp.empty() ? nullptr : ramp.data());
-    return addEffect(-1, LM_EFFECT_RADIAL_GRADIENT, &record);
+    return addGradient<LmRadialGradientProperty>(*this, LM_EFFECT_RADIAL_GRADIENT, 0.0f, scale, opacity, stopCount,
+                                                 stops);
 }
 
 int LmEffect::addStrokeText(float size, unsigned colour, float opacity, int extra, int position)
