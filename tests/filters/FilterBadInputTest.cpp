@@ -2,13 +2,6 @@
 // nothing, and never touches memory outside a buffer (the sanitizer build checks that).
 #include "filters/MaskFixtures.h"
 
-#include "effect/LmInnerShadowProperty.h"
-#include "effect/LmOuterShadowProperty.h"
-#include "effect/LmStrokeProperty.h"
-#include "filters/LmInnerShadow.h"
-#include "filters/LmOuterShadow.h"
-#include "filters/LmStroke.h"
-
 #include <gtest/gtest.h>
 
 #include <climits>
@@ -32,21 +25,9 @@ struct Setting {
 
 std::unique_ptr<LmECore> layerOf(const Setting& s)
 {
-    std::unique_ptr<LmECore> layer;
-    if (s.kind == 1) {
-        layer = std::make_unique<LmOuterShadow>();
-        LmOuterShadowProperty p(s.angle, s.distance, s.size, 0xFFFFFFFF, 1.0f);
-        layer->setProperty(&p);
-    } else if (s.kind == 2) {
-        layer = std::make_unique<LmInnerShadow>();
-        LmInnerShadowProperty p(s.angle, s.distance, s.size, 0xFFFFFFFF, 1.0f);
-        layer->setProperty(&p);
-    } else {
-        layer = std::make_unique<LmStroke>();
-        LmStrokeProperty p(s.size, 0xFFFFFFFF, 1.0f, 0, s.position);
-        layer->setProperty(&p);
-    }
-    return layer;
+    if (s.kind == 1) return LmTest::outerOf(s.angle, s.distance, s.size);
+    if (s.kind == 2) return LmTest::innerOf(s.angle, s.distance, s.size);
+    return LmTest::strokeOf(s.size, s.position);
 }
 
 class FilterBadInput : public ::testing::TestWithParam<Setting> {};
@@ -73,13 +54,14 @@ TEST_P(FilterBadInput, TinyMasksTargetsAndOddBoxes)
 {
     auto layer = layerOf(GetParam());
     // Masks of one row or column, boxes touching every edge, targets smaller than the mask.
-    for (auto size : {std::make_pair(1u, 1u), std::make_pair(1u, 9u), std::make_pair(9u, 1u), std::make_pair(12u, 10u)}) {
-        const LmTest::Mask m = LmTest::rect(size.first, size.second, 0, 0, (int)size.first, (int)size.second, 200);
-        FilterRun same(m), bigger(m, 15, 15), smaller(m, 1, 2);
-        same.run(*layer);
-        bigger.run(*layer);
-        smaller.run(*layer);
-    }
+    for (unsigned w : {1, 9, 12})
+        for (unsigned h : {1, 9, 10}) {
+            const LmTest::Mask m = LmTest::rect(w, h, 0, 0, (int)w, (int)h, 200);
+            FilterRun same(m), bigger(m, 15, 15), smaller(m, 1, 2);
+            same.run(*layer);
+            bigger.run(*layer);
+            smaller.run(*layer);
+        }
     const LmRect boxes[] = {LmRect(9, 9, 3, 3), LmRect(-50, -50, 500, 500), LmRect(30, 30, 40, 40),
                             LmRect(INT_MIN, INT_MIN, INT_MAX, INT_MAX)};
     for (const LmRect& box : boxes) {

@@ -1,7 +1,6 @@
-// Golden images of whole effect passes over synthetic masks: each case adds one or more of the
-// stroke, outer shadow and inner shadow to an effect stack with white text, renders the mask as
-// the only glyph into an image grown by the stack's margins, and compares the composited RGBA
-// bytes exactly with tests/golden/<case>.png.
+// Golden images of whole effect passes over synthetic masks: each case adds filter layers to a
+// stack with white text, renders the mask as the only glyph into an image grown by the stack's
+// margins, and compares the composited RGBA bytes exactly with tests/golden/<case>.png.
 //
 // After an intended change to the output, regenerate every golden image of this file with
 //   LM_UPDATE_GOLDEN=1 ./build/tests/test_filters --gtest_filter='*FilterGolden*'
@@ -25,157 +24,105 @@ using LmTest::Mask;
 
 namespace {
 
-enum MaskShape { DISC, RING, DIAGONAL, GLYPH };
+Mask disc() { return LmTest::disc(64, 22.3); }
+Mask ring() { return LmTest::ring(80, 34, 21.5); }
+Mask diagonal() { return LmTest::diagonal(72); }
+Mask glyph() { return LmTest::glyph(64, 72); }
 
-Mask maskOf(MaskShape shape)
+enum : unsigned { RED = 0xFFD02020, BLUE = 0xFF1030A0, GREEN = 0xFF106010 };
+
+// Half text opacity forces two-pass compositing.
+void twoPass(LmEffect& s) { s.setTextOpacity(0.5f); }
+
+void all(LmEffect& s, int strokePosition)
 {
-    switch (shape) {
-    case DISC: return LmTest::disc(64, 22.3);
-    case RING: return LmTest::ring(80, 34, 21.5);
-    case DIAGONAL: return LmTest::diagonal(72);
-    case GLYPH: break;
-    }
-    return LmTest::glyph(64, 72);
+    s.addStrokeText(4, RED, 1, 0, strokePosition);
+    s.addOuterShadowText(135, 6, 5, BLUE, 0.8f);
+    s.addInnerShadowText(120, 3, 3, GREEN, 0.7f);
 }
-
-enum : unsigned {
-    STROKE_RED = 0xFFD02020,
-    SHADOW_BLUE = 0xFF1030A0,
-    INNER_GREEN = 0xFF106010,
-    TEXT_WHITE = 0xFFFFFFFF,
-};
-
-struct Shadow {
-    bool on;
-    float angle, distance, size, opacity;
-};
-
-// Added in the order stroke, outer shadow, inner shadow; twoPass forces two-pass compositing
-// through the text opacity.
-struct Effects {
-    bool stroke;
-    float strokeSize;
-    int strokePosition;
-    float strokeOpacity;
-    Shadow outer, inner;
-    bool twoPass;
-};
 
 struct GoldenCase {
     const char* name;
-    MaskShape shape;
-    Effects fx;
+    Mask (*mask)();
+    void (*addLayers)(LmEffect&);
 };
 
-const Shadow kNone = {false, 0, 0, 0, 0};
-
-Effects stroke(float size, int position, bool twoPass = false, float opacity = 1)
-{
-    return {true, size, position, opacity, kNone, kNone, twoPass};
-}
-
-Effects outer(float angle, float distance, float size, bool twoPass = false, float opacity = 1)
-{
-    return {false, 0, 0, 0, {true, angle, distance, size, opacity}, kNone, twoPass};
-}
-
-Effects inner(float angle, float distance, float size, bool twoPass = false, float opacity = 1)
-{
-    return {false, 0, 0, 0, kNone, {true, angle, distance, size, opacity}, twoPass};
-}
-
-Effects all(int strokePosition, bool twoPass = false)
-{
-    return {true, 4, strokePosition, 1, {true, 135, 6, 5, 0.8f}, {true, 120, 3, 3, 0.7f}, twoPass};
-}
-
+// Stroke positions: 0 centre, 1 outside, 2 inside.
 const GoldenCase kCases[] = {
-    {"stroke_outside_1_glyph", GLYPH, stroke(1, 1)},
-    {"stroke_outside_10_ring", RING, stroke(10, 1)},
-    {"stroke_outside_100_disc", DISC, stroke(100, 1)},
-    {"stroke_outside_2_diagonal_twopass", DIAGONAL, stroke(2, 1, true)},
-    {"stroke_centre_3_disc", DISC, stroke(3, 0)},
-    {"stroke_centre_10_diagonal", DIAGONAL, stroke(10, 0, false, 0.6f)},
-    {"stroke_centre_100_ring", RING, stroke(100, 0)},
-    {"stroke_inside_4_glyph", GLYPH, stroke(4, 2)},
-    {"stroke_inside_10_ring_twopass", RING, stroke(10, 2, true)},
-    {"stroke_inside_100_glyph", GLYPH, stroke(100, 2)},
-    {"outer_120_5_3_glyph", GLYPH, outer(120, 5, 3, false, 0.75f)},
-    {"outer_0_10_10_ring", RING, outer(0, 10, 10)},
-    {"outer_45_20_0_disc_twopass", DISC, outer(45, 20, 0, true)},
-    {"outer_300_8_100_diagonal", DIAGONAL, outer(300, 8, 100)},
-    {"outer_90_4_6_glyph_twopass", GLYPH, outer(90, 4, 6, true, 0.5f)},
-    {"inner_120_5_3_glyph", GLYPH, inner(120, 5, 3)},
-    {"inner_90_6_2_ring", RING, inner(90, 6, 2)},
-    {"inner_0_0_4_disc", DISC, inner(0, 0, 4)},
-    {"inner_200_30_10_glyph", GLYPH, inner(200, 30, 10)},
-    {"inner_45_10_100_ring", RING, inner(45, 10, 100, false, 0.8f)},
-    {"inner_270_3_6_diagonal_twopass", DIAGONAL, inner(270, 3, 6, true)},
-    {"all_stroke_outside_glyph", GLYPH, all(1)},
-    {"all_stroke_centre_glyph", GLYPH, all(0)},
-    {"all_stroke_inside_ring_twopass", RING, all(2, true)},
+    {"stroke_outside_1_glyph", glyph, [](LmEffect& s) { s.addStrokeText(1, RED, 1, 0, 1); }},
+    {"stroke_outside_10_ring", ring, [](LmEffect& s) { s.addStrokeText(10, RED, 1, 0, 1); }},
+    {"stroke_outside_100_disc", disc, [](LmEffect& s) { s.addStrokeText(100, RED, 1, 0, 1); }},
+    {"stroke_outside_2_diagonal_twopass", diagonal, [](LmEffect& s) { s.addStrokeText(2, RED, 1, 0, 1); twoPass(s); }},
+    {"stroke_centre_3_disc", disc, [](LmEffect& s) { s.addStrokeText(3, RED, 1, 0, 0); }},
+    {"stroke_centre_10_diagonal", diagonal, [](LmEffect& s) { s.addStrokeText(10, RED, 0.6f, 0, 0); }},
+    {"stroke_centre_100_ring", ring, [](LmEffect& s) { s.addStrokeText(100, RED, 1, 0, 0); }},
+    {"stroke_inside_4_glyph", glyph, [](LmEffect& s) { s.addStrokeText(4, RED, 1, 0, 2); }},
+    {"stroke_inside_10_ring_twopass", ring, [](LmEffect& s) { s.addStrokeText(10, RED, 1, 0, 2); twoPass(s); }},
+    {"stroke_inside_100_glyph", glyph, [](LmEffect& s) { s.addStrokeText(100, RED, 1, 0, 2); }},
+    {"outer_120_5_3_glyph", glyph, [](LmEffect& s) { s.addOuterShadowText(120, 5, 3, BLUE, 0.75f); }},
+    {"outer_0_10_10_ring", ring, [](LmEffect& s) { s.addOuterShadowText(0, 10, 10, BLUE, 1); }},
+    {"outer_45_20_0_disc_twopass", disc, [](LmEffect& s) { s.addOuterShadowText(45, 20, 0, BLUE, 1); twoPass(s); }},
+    {"outer_300_8_100_diagonal", diagonal, [](LmEffect& s) { s.addOuterShadowText(300, 8, 100, BLUE, 1); }},
+    {"outer_90_4_6_glyph_twopass", glyph, [](LmEffect& s) { s.addOuterShadowText(90, 4, 6, BLUE, 0.5f); twoPass(s); }},
+    {"inner_120_5_3_glyph", glyph, [](LmEffect& s) { s.addInnerShadowText(120, 5, 3, GREEN, 1); }},
+    {"inner_90_6_2_ring", ring, [](LmEffect& s) { s.addInnerShadowText(90, 6, 2, GREEN, 1); }},
+    {"inner_0_0_4_disc", disc, [](LmEffect& s) { s.addInnerShadowText(0, 0, 4, GREEN, 1); }},
+    {"inner_200_30_10_glyph", glyph, [](LmEffect& s) { s.addInnerShadowText(200, 30, 10, GREEN, 1); }},
+    {"inner_45_10_100_ring", ring, [](LmEffect& s) { s.addInnerShadowText(45, 10, 100, GREEN, 0.8f); }},
+    {"inner_270_3_6_diagonal_twopass", diagonal, [](LmEffect& s) { s.addInnerShadowText(270, 3, 6, GREEN, 1); twoPass(s); }},
+    {"all_stroke_outside_glyph", glyph, [](LmEffect& s) { all(s, 1); }},
+    {"all_stroke_centre_glyph", glyph, [](LmEffect& s) { all(s, 0); }},
+    {"all_stroke_inside_ring_twopass", ring, [](LmEffect& s) { all(s, 2); twoPass(s); }},
 };
+
+class FilterGolden : public ::testing::TestWithParam<GoldenCase> {};
+
+} // namespace
 
 // One pass as font drawing runs it, with the mask as the only glyph placed inside the margins.
-LmBitmap renderPass(const Mask& mask, const Effects& e)
+TEST_P(FilterGolden, MatchesTheStoredImage)
 {
+    const GoldenCase& c = GetParam();
+    const Mask mask = c.mask();
     LmEffect stack;
-    if (e.stroke) stack.addStrokeText(e.strokeSize, STROKE_RED, e.strokeOpacity, 0, e.strokePosition);
-    const Shadow& o = e.outer;
-    if (o.on) stack.addOuterShadowText(o.angle, o.distance, o.size, SHADOW_BLUE, o.opacity);
-    const Shadow& i = e.inner;
-    if (i.on) stack.addInnerShadowText(i.angle, i.distance, i.size, INNER_GREEN, i.opacity);
-    if (e.twoPass) stack.setTextOpacity(0.5f);
-    stack.addText(TEXT_WHITE);
+    c.addLayers(stack);
+    stack.addText(0xFFFFFFFF);
 
     const int left = stack.getLeftOffset(), top = stack.getTopOffset();
     const unsigned width = mask.width + left + stack.getRightOffset();
     const unsigned height = mask.height + top + stack.getBottomOffset();
-    LmBitmap output(width, height, 4);
+    LmBitmap image(width, height, 4);
     stack.initEffect((int)width, (int)height);
-    stack.setDstBitmap(&output);
+    stack.setDstBitmap(&image);
     LmGlyph glyph;
     glyph.pixels = const_cast<unsigned char*>(mask.pixels.data());
     glyph.width = (uint16_t)mask.width;
     glyph.height = (uint16_t)mask.height;
     stack.renderEffectLayer(left, top, &glyph);
     stack.doEffectPostProcessing();
-    stack.compositeLayers(&output);
-    return output;
-}
-
-class FilterGolden : public ::testing::TestWithParam<GoldenCase> {};
-
-std::string caseName(const ::testing::TestParamInfo<GoldenCase>& info) { return info.param.name; }
-
-} // namespace
-
-TEST_P(FilterGolden, MatchesTheStoredImage)
-{
-    const GoldenCase& c = GetParam();
-    LmBitmap image = renderPass(maskOf(c.shape), c.fx);
+    stack.compositeLayers(&image);
     ASSERT_NE(image.pixels, nullptr);
     EXPECT_TRUE(LmTest::GoldenImage::matches(c.name, image.width, image.height, image.pixels));
 }
 
-INSTANTIATE_TEST_SUITE_P(Passes, FilterGolden, ::testing::ValuesIn(kCases), caseName);
+INSTANTIATE_TEST_SUITE_P(Passes, FilterGolden, ::testing::ValuesIn(kCases),
+                         [](const ::testing::TestParamInfo<GoldenCase>& info) { return std::string(info.param.name); });
 
 TEST(FilterGoldenSupport, PngRoundTripKeepsEveryByte)
 {
     // Colour under zero alpha and partial alpha must survive as they are: no premultiplication
     // or gamma on the way through the file.
-    const unsigned w = 16, h = 4;
-    std::vector<unsigned char> rgba(w * h * 4);
+    std::vector<unsigned char> rgba(16 * 4 * 4);
     for (size_t i = 0; i < rgba.size(); ++i) rgba[i] = (unsigned char)(i * 37 + 11);
     rgba[3] = 0;
     rgba[7] = 1;
     const std::string path = ::testing::TempDir() + "lm_golden_roundtrip.png";
-    ASSERT_TRUE(LmTest::GoldenImage::writePng(path, w, h, rgba.data()));
-    unsigned rw = 0, rh = 0;
+    ASSERT_TRUE(LmTest::GoldenImage::writePng(path, 16, 4, rgba.data()));
+    unsigned w = 0, h = 0;
     std::vector<unsigned char> back;
-    ASSERT_TRUE(LmTest::GoldenImage::readPng(path, &rw, &rh, &back));
-    EXPECT_EQ(rw, w);
-    EXPECT_EQ(rh, h);
+    ASSERT_TRUE(LmTest::GoldenImage::readPng(path, &w, &h, &back));
+    EXPECT_EQ(w, 16u);
+    EXPECT_EQ(h, 4u);
     EXPECT_EQ(back, rgba);
     std::remove(path.c_str());
 }

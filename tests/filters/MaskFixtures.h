@@ -1,18 +1,30 @@
 #ifndef LMFONTEFFECT_TESTS_FILTERS_MASKFIXTURES_H
 #define LMFONTEFFECT_TESTS_FILTERS_MASKFIXTURES_H
 
-// Synthetic 8-bit coverage masks, and one layer's post-processing run over them.
+// Synthetic 8-bit coverage masks, filter layers in opaque white, and one layer's post-processing
+// run over a mask.
 
 #include "effect/LmECore.h"
+#include "effect/LmInnerShadowProperty.h"
+#include "effect/LmOuterShadowProperty.h"
+#include "effect/LmStrokeProperty.h"
+#include "filters/LmInnerShadow.h"
+#include "filters/LmOuterShadow.h"
+#include "filters/LmStroke.h"
 #include "raster/LmBitmap.h"
 #include "raster/LmRect.h"
+
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <memory>
 #include <vector>
 
 namespace LmTest {
+
+using namespace LmFontEffect;
 
 struct Mask {
     unsigned width = 0, height = 0;
@@ -22,13 +34,13 @@ struct Mask {
     {
         return x < 0 || y < 0 || x >= (int)width || y >= (int)height ? 0 : pixels[(size_t)y * width + x];
     }
-    LmFontEffect::LmRect box() const // of the non-zero pixels
+    LmRect box() const // of the non-zero pixels
     {
         int l = (int)width, t = (int)height, r = 0, b = 0;
         for (int y = 0; y < (int)height; ++y)
             for (int x = 0; x < (int)width; ++x)
                 if (at(x, y)) l = std::min(l, x), t = std::min(t, y), r = std::max(r, x + 1), b = std::max(b, y + 1);
-        return r > l ? LmFontEffect::LmRect(l, t, r, b) : LmFontEffect::LmRect();
+        return r > l ? LmRect(l, t, r, b) : LmRect();
     }
 };
 
@@ -89,23 +101,30 @@ inline Mask rect(unsigned w, unsigned h, int l, int t, int r, int b, unsigned ch
 }
 
 // A layer's post-processing of a mask into a cleared 32-bit target (the mask's size unless
-// given). With an opaque white colour the target's alpha byte is the layer's coverage, whichever
-// blend mode the layer picks.
+// given). With an opaque white layer the target's alpha byte is its coverage, whichever blend
+// mode it picks.
 struct FilterRun {
-    LmFontEffect::LmBitmap mask, target;
-    LmFontEffect::LmRect textRect;
+    LmBitmap mask, target;
+    LmRect textRect;
 
     FilterRun(const Mask& m, unsigned targetW = 0, unsigned targetH = 0)
         : mask(m.width, m.height, const_cast<unsigned char*>(m.pixels.data()), 1),
           target(targetW ? targetW : m.width, targetH ? targetH : m.height, 4), textRect(m.box())
     {
     }
-    int run(LmFontEffect::LmECore& layer, int compositeMode = 0, LmFontEffect::LmBitmap* output = nullptr)
+    int run(LmECore& layer, int compositeMode = 0, LmBitmap* output = nullptr)
     {
-        LmFontEffect::LmECore::ParamPostProcessing pp{&target, &mask, &textRect, compositeMode, output};
+        LmECore::ParamPostProcessing pp{&target, &mask, &textRect, compositeMode, output};
         return layer.doPostProcessing(&pp);
     }
     unsigned char alpha(int x, int y) const { return target.pixels[((size_t)y * target.width + x) * 4 + 3]; }
+    struct Pixel {
+        int x, y, alpha;
+    };
+    void expectAlphas(std::initializer_list<Pixel> expected) const
+    {
+        for (const Pixel& p : expected) EXPECT_EQ((int)alpha(p.x, p.y), p.alpha) << "at " << p.x << "," << p.y;
+    }
     std::vector<unsigned char> alphaPlane() const
     {
         std::vector<unsigned char> a((size_t)target.width * target.height);
@@ -118,6 +137,27 @@ struct FilterRun {
                            [](unsigned char b) { return b == 0; });
     }
 };
+
+enum { CENTRE = 0, OUTSIDE = 1, INSIDE = 2 }; // stroke positions
+
+template <class Layer, class Property> std::unique_ptr<Layer> layerWith(Property p)
+{
+    auto layer = std::make_unique<Layer>();
+    layer->setProperty(&p);
+    return layer;
+}
+inline std::unique_ptr<LmStroke> strokeOf(float size, int position)
+{
+    return layerWith<LmStroke>(LmStrokeProperty(size, 0xFFFFFFFF, 1, 0, position));
+}
+inline std::unique_ptr<LmOuterShadow> outerOf(float angle, float distance, float size, unsigned colour = 0xFFFFFFFF)
+{
+    return layerWith<LmOuterShadow>(LmOuterShadowProperty(angle, distance, size, colour, 1));
+}
+inline std::unique_ptr<LmInnerShadow> innerOf(float angle, float distance, float size)
+{
+    return layerWith<LmInnerShadow>(LmInnerShadowProperty(angle, distance, size, 0xFFFFFFFF, 1));
+}
 
 } // namespace LmTest
 

@@ -1,22 +1,17 @@
 #include "filters/MaskFixtures.h"
 
-#include "effect/LmStrokeProperty.h"
 #include "effect/LmTextProperty.h"
-#include "filters/LmStroke.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 
 using namespace LmFontEffect;
-using LmTest::FilterRun;
+using namespace LmTest;
 
 namespace {
-
-enum { CENTRE = 0, OUTSIDE = 1, INSIDE = 2 };
 
 struct Kernel {
     unsigned char* bytes = nullptr;
@@ -26,40 +21,23 @@ struct Kernel {
     int at(int x, int y) const { return bytes[y * k + x]; }
 };
 
-std::unique_ptr<LmStroke> strokeOf(float size, int position)
-{
-    auto s = std::make_unique<LmStroke>();
-    LmStrokeProperty p(size, 0xFFFFFFFF, 1.0f, 0, position);
-    s->setProperty(&p);
-    return s;
-}
-
 } // namespace
 
 TEST(StrokeKernel, WorkedRadii)
 {
-    // Below radius 1 the centre carries the radius itself: a faint sub-pixel stroke.
-    Kernel half(0.5f);
-    ASSERT_EQ(half.k, 3);
-    EXPECT_EQ(half.at(1, 1), 128);
-    EXPECT_EQ(half.at(0, 1), 128);
-    EXPECT_EQ(half.at(0, 0), 22);
-    Kernel zero(0.0f);
-    ASSERT_EQ(zero.k, 1);
-    EXPECT_EQ(zero.at(0, 0), 0);
-
-    Kernel one(1.0f);
-    EXPECT_EQ(one.at(1, 1), 255);
-    EXPECT_EQ(one.at(2, 1), 255);
-    EXPECT_EQ(one.at(0, 0), 149); // 1 - sqrt 2 + 1 = 0.5858
-    Kernel wide(1.5f);
-    ASSERT_EQ(wide.k, 5);
-    EXPECT_EQ(wide.at(2, 0), 128);
-    EXPECT_EQ(wide.at(0, 0), 0);
-
-    Kernel nan(std::nanf(""));
-    ASSERT_EQ(nan.k, 1);
-    EXPECT_EQ(nan.at(0, 0), 0);
+    // Below radius 1 the centre carries the radius itself: a faint sub-pixel stroke. At radius 1
+    // the corner is 1 - sqrt 2 + 1 = 0.5858.
+    const struct {
+        float r;
+        int k, x, y, value;
+    } cases[] = {{0.5f, 3, 1, 1, 128}, {0.5f, 3, 0, 1, 128}, {0.5f, 3, 0, 0, 22}, {0.0f, 1, 0, 0, 0},
+                 {1.0f, 3, 1, 1, 255}, {1.0f, 3, 2, 1, 255}, {1.0f, 3, 0, 0, 149}, {1.5f, 5, 2, 0, 128},
+                 {1.5f, 5, 0, 0, 0},   {std::nanf(""), 1, 0, 0, 0}};
+    for (const auto& c : cases) {
+        Kernel kernel(c.r);
+        ASSERT_EQ(kernel.k, c.k) << c.r;
+        EXPECT_EQ(kernel.at(c.x, c.y), c.value) << c.r << " at " << c.x << "," << c.y;
+    }
     EXPECT_EQ(Kernel(-3.0f).bytes, nullptr);
     EXPECT_EQ(Kernel(1e9f).bytes, nullptr);
 }
@@ -93,7 +71,7 @@ TEST(StrokeWorkers, BoundedProductDilation)
     StrokeDTArgs a{dst, src, kernel.bytes, 3, 3, 0, 0, 5, 5, 1, 1, 25, 1, 3, 3, 3, 0, 3};
     partalDTStrokeOutside(&a);
     EXPECT_EQ(dst[12], 200);
-    EXPECT_EQ(dst[7], 200);            // 255 + 200 - 255
+    EXPECT_EQ(dst[7], 200);             // 255 + 200 - 255
     EXPECT_EQ(dst[6], 149 + 200 - 255); // kernel corner
     EXPECT_EQ(dst[0], 0);
 
@@ -114,7 +92,7 @@ TEST(StrokeWorkers, BoundedProductDilation)
 TEST(StrokeLayer, SizeZeroDrawsNothingVisible)
 {
     for (int position : {CENTRE, OUTSIDE, INSIDE}) {
-        FilterRun run(LmTest::disc(24, 8));
+        FilterRun run(disc(24, 8));
         EXPECT_EQ(run.run(*strokeOf(0, position)), 1);
         EXPECT_TRUE(run.untouched()) << position;
     }
@@ -124,40 +102,31 @@ TEST(StrokeLayer, InsideStrokeReachesBeyondTheBox)
 {
     // Radius 2 gives n = 2: the output reaches n + 1 beyond the 6 x 6 box, full wherever the
     // mask is empty.
-    FilterRun run(LmTest::rect(30, 30, 12, 12, 18, 18));
+    FilterRun run(rect(30, 30, 12, 12, 18, 18));
     run.run(*strokeOf(2, INSIDE));
-    EXPECT_EQ(run.alpha(9, 15), 255);
-    EXPECT_EQ(run.alpha(8, 15), 0);
-    EXPECT_EQ(run.alpha(15, 20), 255);
-    EXPECT_EQ(run.alpha(15, 21), 0);
-    EXPECT_EQ(run.alpha(13, 15), 255); // 2 from the empty border
-    EXPECT_EQ(run.alpha(14, 15), 0);   // 3 from it
+    // Inside, 2 from the empty border is full and 3 from it empty.
+    run.expectAlphas({{9, 15, 255}, {8, 15, 0}, {15, 20, 255}, {15, 21, 0}, {13, 15, 255}, {14, 15, 0}});
 }
 
 TEST(StrokeLayer, CentreStrokeIsTheOverlapOfBothDilations)
 {
-    FilterRun run(LmTest::rect(20, 20, 5, 5, 10, 10));
+    FilterRun run(rect(20, 20, 5, 5, 10, 10));
     LmBitmap second(20, 20, 4);
     run.run(*strokeOf(2, CENTRE), 1, &second); // r = 1
-    EXPECT_EQ(run.alpha(4, 7), 255);
-    EXPECT_EQ(run.alpha(5, 7), 255);
-    EXPECT_EQ(run.alpha(6, 7), 0);
-    EXPECT_EQ(run.alpha(4, 4), 149);
-    EXPECT_EQ(run.alpha(3, 7), 0);
+    run.expectAlphas({{4, 7, 255}, {5, 7, 255}, {6, 7, 0}, {4, 4, 149}, {3, 7, 0}});
     EXPECT_EQ(0, std::memcmp(second.pixels, run.target.pixels, 20 * 20 * 4));
 }
 
 TEST(StrokeLayer, BlendModeFollowsPositionAndCompositeMode)
 {
     // Over opaque blue a source-over stroke shows, a destination-over one does not.
-    auto strokedRed = [](int position, int compositeMode) {
-        FilterRun run(LmTest::rect(16, 16, 5, 5, 11, 11));
+    const struct {
+        int position, compositeMode, red;
+    } cases[] = {{CENTRE, 0, 255}, {CENTRE, 1, 0}, {OUTSIDE, 0, 0}, {INSIDE, 0, 0}};
+    for (const auto& c : cases) {
+        FilterRun run(rect(16, 16, 5, 5, 11, 11));
         for (size_t i = 0; i < 16 * 16; ++i) run.target.pixels[i * 4 + 2] = run.target.pixels[i * 4 + 3] = 255;
-        run.run(*strokeOf(2, position), compositeMode);
-        return run.target.pixels[(5 * 16 + 5) * 4];
-    };
-    EXPECT_EQ(strokedRed(CENTRE, 0), 255);
-    EXPECT_EQ(strokedRed(CENTRE, 1), 0);
-    EXPECT_EQ(strokedRed(OUTSIDE, 0), 0);
-    EXPECT_EQ(strokedRed(INSIDE, 0), 0);
+        run.run(*strokeOf(2, c.position), c.compositeMode);
+        EXPECT_EQ(run.target.pixels[(5 * 16 + 5) * 4], c.red) << c.position << " " << c.compositeMode;
+    }
 }

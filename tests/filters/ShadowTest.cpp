@@ -1,0 +1,178 @@
+// The outer and inner shadows, and the Gaussian blur they share.
+#include "filters/MaskFixtures.h"
+
+#include "filters/LmGaussianBlur.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cmath>
+#include <vector>
+
+using namespace LmFontEffect;
+using namespace LmTest;
+
+TEST(GaussianWeights, WorkedTables)
+{
+    const struct {
+        int R, scale;
+        std::vector<int> weights;
+        int sum;
+    } cases[] = {{0, 100, {100}, 100},          {1, 100, {100, 1}, 102}, {2, 100, {100, 32, 1}, 166},
+                 {3, 100, {100, 60, 13, 1}, 248}, {1, 128, {128, 1}, 130}};
+    for (const auto& c : cases) {
+        std::vector<int> w((size_t)c.R + 1, -1);
+        int sum = 0;
+        LmGaussianBlur::computeGaussianWeights(w.data(), &sum, c.R, c.scale);
+        EXPECT_EQ(w, c.weights) << c.R << "/" << c.scale;
+        EXPECT_EQ(sum, c.sum) << c.R << "/" << c.scale;
+    }
+    // The curve always ends at a hundredth of the centre.
+    std::vector<int> w(101);
+    int sum = 0;
+    LmGaussianBlur::computeGaussianWeights(w.data(), &sum, 100, 100);
+    EXPECT_EQ(w[100], 1);
+}
+
+TEST(OuterShadowLayer, ShiftAndSideMargins)
+{
+    const float kNaN = std::nanf("");
+    // Halves round away from zero; far distances saturate; whole turns of the angle wrap.
+    const struct {
+        float angle, distance, size;
+        int shiftX, shiftY, left, right, top, bottom;
+    } cases[] = {
+        {0, 5, 3, -5, 0, 8, 0, 3, 3},
+        {90, 5, 0, 0, 5, 0, 0, 0, 5},
+        {120, 10, 2, 5, 9, 0, 7, 0, 11}, // -cos 120 * 10, sin 120 * 10 = 8.66
+        {180, 2.5f, 0, 3, 0, 0, 3, 0, 0},
+        {0, 1e30f, 3, INT_MIN, 0, INT_MAX, 0, 3, 3},
+        {360.0f * 1000 + 90, 5, 0, 0, 5, 0, 0, 0, 5},
+        {kNaN, kNaN, kNaN, 0, 0, 0, 0, 0, 0},
+    };
+    for (const auto& c : cases) {
+        auto s = outerOf(c.angle, c.distance, c.size);
+        EXPECT_EQ(s->getStyle(), 1);
+        EXPECT_EQ(std::vector<int>({s->getShiftX(), s->getShiftY(), s->getLeftOffset(), s->getRightOffset(),
+                                    s->getTopOffset(), s->getBottomOffset()}),
+                  std::vector<int>({c.shiftX, c.shiftY, c.left, c.right, c.top, c.bottom}))
+            << c.angle << " " << c.distance << " " << c.size;
+    }
+    // An inner-shadow record is read as a shadow record.
+    auto s = outerOf(0, 5, 3);
+    LmInnerShadowProperty inner(270, 4, 2, 0xFF000000, 0.5f);
+    s->setProperty(&inner);
+    EXPECT_EQ(s->getShiftY(), -4);
+}
+
+TEST(OuterShadowLayer, SizeZeroOrNaNCopiesTheMaskAtTheShift)
+{
+    const Mask m = disc(20, 6);
+    FilterRun run(m, 30, 30);
+    EXPECT_EQ(run.run(*outerOf(120, 10, 0)), 1); // shift (5, 9)
+    for (int y = 0; y < 30; ++y)
+        for (int x = 0; x < 30; ++x) ASSERT_EQ(run.alpha(x, y), m.at(x - 5, y - 9)) << x << "," << y;
+    // NaN angle, distance and size: no shift and no blur, the mask itself.
+    FilterRun nan(m);
+    EXPECT_EQ(nan.run(*outerOf(std::nanf(""), std::nanf(""), std::nanf(""))), 1);
+    EXPECT_EQ(nan.alphaPlane(), m.pixels);
+}
+
+TEST(OuterShadowLayer, BlurredImpulse)
+{
+    // R = 2: weights 100, 32, 1, sum 166. The vertical pass gives 255 * w / 166 = 153, 49, 1 down
+    // the column; the horizontal pass takes w / 166 of each again.
+    FilterRun run(rect(20, 20, 10, 10, 11, 11));
+    run.run(*outerOf(90, 3, 2)); // shift (0, 3)
+    // So 153 * 100 / 166, 153 * 32 / 166, 49 * 100 / 166, 49 * 32 / 166, 153 * 1 / 166:
+    run.expectAlphas({{10, 13, 92}, {11, 13, 29}, {10, 14, 29}, {11, 14, 9}, {12, 13, 0}, {10, 10, 0}});
+}
+
+TEST(OuterShadowLayer, GoesUnderWhatTheTargetHolds)
+{
+    FilterRun run(rect(12, 12, 3, 3, 9, 9));
+    for (size_t i = 0; i < 12 * 12; ++i) run.target.pixels[i * 4 + 2] = run.target.pixels[i * 4 + 3] = 200;
+    run.run(*outerOf(0, 0, 0, 0xFF00FF00));
+    const unsigned char* px = run.target.pixels + (6 * 12 + 6) * 4;
+    EXPECT_EQ(px[1], 55); // green fills only the alpha left over
+    EXPECT_EQ(px[2], 200);
+    EXPECT_EQ(px[3], 255);
+}
+
+TEST(OuterShadowLayer, ShadowOutsideTheTargetIsSkipped)
+{
+    FilterRun run(rect(20, 20, 2, 2, 6, 6));
+    EXPECT_EQ(run.run(*outerOf(0, 30, 3)), 0);  // right + 2R + shiftX < 0
+    EXPECT_EQ(run.run(*outerOf(90, 40, 3)), 0); // top - 2R + shiftY >= height
+    EXPECT_TRUE(run.untouched());
+    EXPECT_EQ(run.run(*outerOf(0, 12, 3)), 1); // right + 2R + shiftX = 0 still reaches
+}
+
+TEST(InnerShadowLayer, NoBlurNoShiftIsTheInverseUnderCoverage)
+{
+    const Mask m = disc(24, 8);
+    FilterRun run(m);
+    auto s = innerOf(0, 0, 0);
+    EXPECT_EQ(s->getStyle(), 2);
+    EXPECT_EQ(s->getLeftOffset(), 0); // never leaves the text box
+    EXPECT_EQ(run.run(*s), 1);
+    for (int y = 0; y < 24; ++y)
+        for (int x = 0; x < 24; ++x) ASSERT_EQ(run.alpha(x, y), m.at(x, y) ? 255 - m.at(x, y) : 0) << x << "," << y;
+}
+
+TEST(InnerShadowLayer, SmallSquareByHand)
+{
+    // 3 x 3 solid square, R = 1 (weights 100, 1, sum 102), no shift. The horizontal inverse blur
+    // of the box columns gives 2, 0, 2; the vertical pass, framed by full inverse, gives:
+    FilterRun run(rect(7, 7, 2, 2, 5, 5));
+    run.run(*innerOf(0, 0, 1));
+    const int expected[3][3] = {{4, 2, 4}, {2, 0, 2}, {4, 2, 4}};
+    for (int y = 0; y < 3; ++y)
+        for (int x = 0; x < 3; ++x) EXPECT_EQ(run.alpha(2 + x, 2 + y), expected[y][x]) << x << "," << y;
+    EXPECT_EQ(run.alpha(1, 3), 0);
+}
+
+TEST(InnerShadowLayer, ShiftBeyondReachDrawsTheWholeGlyph)
+{
+    // Box 20 x 10. Down: dy = 20 fails top + dy < bottom + R. Sideways: right + R + dx >= left
+    // fails once dx < -22.
+    const Mask m = rect(30, 30, 5, 10, 25, 20, 180);
+    const float angleAndDistance[][2] = {{90, 20}, {0, 23}};
+    for (const auto& shift : angleAndDistance) {
+        FilterRun run(m);
+        EXPECT_EQ(run.run(*innerOf(shift[0], shift[1], 2)), 1);
+        EXPECT_EQ(run.alphaPlane(), m.pixels) << shift[0];
+    }
+}
+
+TEST(InnerShadowLayer, FullBandsIgnoreTheMask)
+{
+    // Two separate bars; dy = 6 > R = 2, so rows 0..3 of the box are full across its width,
+    // between the bars too.
+    Mask m = rect(40, 30, 5, 5, 12, 25);
+    for (int y = 5; y < 25; ++y)
+        for (int x = 25; x < 32; ++x) m.pixels[y * 40 + x] = 255;
+    FilterRun run(m);
+    run.run(*innerOf(90, 6, 2));
+    for (int y = 5; y < 9; ++y)
+        for (int x = 5; x < 32; ++x) ASSERT_EQ(run.alpha(x, y), 255) << x << "," << y;
+    // Below the band outside the glyphs, deep inside away from the top edge.
+    run.expectAlphas({{18, 9, 0}, {8, 20, 0}});
+    EXPECT_GT(run.alpha(8, 9), 0); // just below the band, still shadowed
+}
+
+TEST(InnerShadowLayer, SideBandsAndNegativeShifts)
+{
+    const Mask m = rect(40, 40, 5, 5, 35, 35);
+    // Angle 0: dx = -6 < -R, so the last R + dx + w .. w - 1 columns are full.
+    FilterRun left(m);
+    left.run(*innerOf(0, 6, 2));
+    for (int y = 5; y < 35; ++y)
+        for (int x = 31; x < 35; ++x) ASSERT_EQ(left.alpha(x, y), 255) << x << "," << y;
+    for (int y = 8; y < 32; ++y) ASSERT_EQ(left.alpha(10, y), 0) << y; // away from top and bottom
+    // Angle 270: dy = -6, the bottom rows are full.
+    FilterRun up(m);
+    up.run(*innerOf(270, 6, 2));
+    for (int x = 5; x < 35; ++x) ASSERT_EQ(up.alpha(x, 34), 255) << x;
+    EXPECT_EQ(up.alpha(20, 20), 0);
+}
