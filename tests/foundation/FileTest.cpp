@@ -55,42 +55,8 @@ TEST_F(FileTest, WritesAndReadsBackThroughAUtf8Path)
     EXPECT_EQ(nullptr, in.GetFilePointer());
     EXPECT_EQ(0u, in.Read(buf, 1, 1));
     EXPECT_EQ(-1, in.Tell());
-}
 
-TEST_F(FileTest, OpenFailures)
-{
-    File f;
-    Error::SetError(0);
-    EXPECT_FALSE(f.Construct((const char*)nullptr, "r"));
-    EXPECT_EQ(7u, Error::GetError());
-    EXPECT_FALSE(f.Construct("x", ""));
-    EXPECT_EQ(7u, Error::GetError());
-    EXPECT_TRUE(LmTest::loggedNativeError(log, "Lm_File", 7));
-
-    std::string missing = dir + "/missing";
-    EXPECT_FALSE(f.Construct(missing.c_str(), "r"));
-    EXPECT_EQ(11u, Error::GetError());
-    EXPECT_TRUE(log.contains("Lm_File", "OpenFile - Fail to open file. errno = " + std::to_string(ENOENT)));
-    EXPECT_TRUE(LmTest::loggedNativeError(log, "Lm_File", 11));
-
-    LmString unconstructed;
-    EXPECT_FALSE(f.Construct(&unconstructed, "r", false));
-    EXPECT_EQ(7u, Error::GetError());
-    EXPECT_TRUE(log.contains("Lm_File", "OpenFile() - pathSize < 0"));
-
-    // A failed open leaves the object free to try again.
-    std::string present = dir + "/present";
-    ASSERT_TRUE(f.Construct(present.c_str(), "w"));
-    EXPECT_FALSE(f.Construct(present.c_str(), "w"));
-    EXPECT_EQ(4u, Error::GetError());
-
-}
-
-TEST_F(FileTest, KeepOpenLeavesTheStreamToTheCaller)
-{
-    std::string path = dir + "/kept";
-    LmString name;
-    ASSERT_TRUE(name.Construct(path.c_str()));
+    // Kept open, the stream outlives its owner and belongs to the caller.
     FILE* stream = nullptr;
     {
         File f;
@@ -99,18 +65,29 @@ TEST_F(FileTest, KeepOpenLeavesTheStreamToTheCaller)
         f.Close();
         EXPECT_EQ(stream, f.GetFilePointer());
     }
-    // Still open after the owner is gone.
     EXPECT_GE(fputs("abc", stream), 0);
     EXPECT_EQ(0, fclose(stream));
 }
 
-TEST_F(FileTest, PathHelpers)
+TEST_F(FileTest, OpenFailuresAndPathHelpers)
 {
-    std::string a = dir + "/a", b = dir + "/b";
     File f;
+    LmString none;
+    EXPECT_FAILS(false, 7, f.Construct((const char*)nullptr, "r"));
+    EXPECT_FAILS(false, 7, f.Construct("x", ""));
+    EXPECT_TRUE(LmTest::loggedNativeError(log, "Lm_File", 7));
+    EXPECT_FAILS(false, 11, f.Construct((dir + "/missing").c_str(), "r"));
+    EXPECT_TRUE(log.contains("Lm_File", "OpenFile - Fail to open file. errno = " + std::to_string(ENOENT)));
+    EXPECT_TRUE(LmTest::loggedNativeError(log, "Lm_File", 11));
+    EXPECT_FAILS(false, 7, f.Construct(&none, "r", false));
+    EXPECT_TRUE(log.contains("Lm_File", "OpenFile() - pathSize < 0"));
+    // A failed open leaves the object free to try again.
+    std::string a = dir + "/a", b = dir + "/b";
     ASSERT_TRUE(f.Construct(a.c_str(), "w"));
+    EXPECT_FAILS(false, 4, f.Construct(a.c_str(), "w"));
     f.Close();
-    LmString la, lb, none;
+
+    LmString la, lb;
     ASSERT_TRUE(la.Construct(a.c_str()));
     ASSERT_TRUE(lb.Construct(b.c_str()));
     EXPECT_EQ(0, File::Rename(&la, &lb));
@@ -120,9 +97,7 @@ TEST_F(FileTest, PathHelpers)
     EXPECT_EQ(0, File::Unlink(&la));
     EXPECT_EQ(-1, File::Unlink(a.c_str()));
 
-    Error::SetError(0);
-    EXPECT_EQ(-1, File::IsAccessible(&none, F_OK));
-    EXPECT_EQ(7u, Error::GetError());
+    EXPECT_FAILS(-1, 7, File::IsAccessible(&none, F_OK));
     EXPECT_TRUE(log.contains("Lm_File", "IsAccessible() - pathSize < 0"));
     EXPECT_EQ(-1, File::Unlink((const LmString*)nullptr));
     EXPECT_TRUE(log.contains("Lm_File", "Unlink() - pathSize < 0"));

@@ -26,55 +26,28 @@ private:
 
 } // namespace
 
-TEST_F(LmLogTest, LevelsMapToPriorities)
+TEST_F(LmLogTest, LevelMaskPrioritiesAndFileNames)
 {
     LmLog::setPrintLogLevel(255);
-    LmLog::printLog(LM_LOG_DEBUG, "a.cpp", "d");
-    LmLog::printLog(LM_LOG_INFO, "a.cpp", "i");
-    LmLog::printLog(LM_LOG_WARN, "a.cpp", "w");
-    LmLog::printLog(LM_LOG_ERROR, "a.cpp", "e");
-    ASSERT_EQ(4u, log.lines().size());
-    const int expected[] = {3, 4, 5, 6};
-    for (int k = 0; k < 4; ++k) {
-        EXPECT_EQ(expected[k], log.lines()[(size_t)k].priority);
-        EXPECT_EQ("lmeffect", log.lines()[(size_t)k].tag);
+    const struct { LmLogLevel level; int priority; } levels[] = {
+        {LM_LOG_DEBUG, 3}, {LM_LOG_INFO, 4}, {LM_LOG_WARN, 5}, {LM_LOG_ERROR, 6}};
+    for (const auto& l : levels) {
+        log.clear();
+        LmLog::printLog(l.level, "a.cpp", "w");
+        ASSERT_EQ(1u, log.lines().size());
+        EXPECT_EQ(l.priority, log.lines()[0].priority);
+        EXPECT_TRUE(log.contains("lmeffect", "[a] w \n"));
     }
-    EXPECT_EQ("[a] w \n", log.lines()[2].message);
-}
-
-TEST_F(LmLogTest, ClearedLevelOrNullFormatPrintsNothing)
-{
+    log.clear();
+    // A cleared level or a null format prints nothing.
     LmLog::setPrintLogLevel(LM_LOG_ERROR);
     LmLog::printLog(LM_LOG_DEBUG, "a.cpp", "hidden %d", 1);
     LmLog::printLog(LM_LOG_ERROR, "a.cpp", nullptr);
     EXPECT_TRUE(log.lines().empty());
     LmLog::printLog(LM_LOG_ERROR, "a.cpp", "shown %d", 2);
     EXPECT_TRUE(log.contains("lmeffect", "[a] shown 2 \n"));
-}
-
-TEST_F(LmLogTest, FileNameLosesItsExtension)
-{
-    LmLog::printLog(LM_LOG_INFO, "dir.v2/LmText.cpp", "x");
-    LmLog::printLog(LM_LOG_INFO, "Makefile", "y");
-    LmLog::printLog(LM_LOG_INFO, "", "z");
-    EXPECT_TRUE(log.containsMessage("[dir.v2/LmText] x \n"));
-    EXPECT_TRUE(log.containsMessage("[Makefile] y \n"));
-    EXPECT_TRUE(log.containsMessage("[] z \n"));
-}
-
-TEST_F(LmLogTest, FileNameOf256CharactersSuppressesTheLine)
-{
-    std::string name(255, 'n');
-    LmLog::printLog(LM_LOG_INFO, name.c_str(), "kept");
-    EXPECT_TRUE(log.containsMessage("[" + name + "] kept \n"));
     log.clear();
-    name.push_back('n');
-    LmLog::printLog(LM_LOG_INFO, name.c_str(), "dropped");
-    EXPECT_TRUE(log.lines().empty());
-}
-
-TEST_F(LmLogTest, TimingNeedsItsOwnBit)
-{
+    // Timing needs its own bit.
     LmLog::setPrintLogLevel(LM_LOG_INFO);
     LmLog::printTime("t.cpp", "draw", 1500);
     EXPECT_TRUE(log.lines().empty());
@@ -84,6 +57,23 @@ TEST_F(LmLogTest, TimingNeedsItsOwnBit)
     EXPECT_TRUE(log.contains("lmeffect", "[t] [Time] draw 1.500ms \n"));
     EXPECT_TRUE(log.containsMessage("[t] [Time] blur 0.007ms r=3 \n"));
     EXPECT_EQ(4, log.lines()[0].priority);
+
+    // The file name loses its extension; one of 256 characters drops the line.
+    log.clear();
+    LmLog::printLog(LM_LOG_INFO, "dir.v2/LmText.cpp", "x");
+    LmLog::printLog(LM_LOG_INFO, "Makefile", "y");
+    LmLog::printLog(LM_LOG_INFO, "", "z");
+    EXPECT_TRUE(log.containsMessage("[dir.v2/LmText] x \n"));
+    EXPECT_TRUE(log.containsMessage("[Makefile] y \n"));
+    EXPECT_TRUE(log.containsMessage("[] z \n"));
+    log.clear();
+    std::string name(255, 'n');
+    LmLog::printLog(LM_LOG_INFO, name.c_str(), "kept");
+    EXPECT_TRUE(log.containsMessage("[" + name + "] kept \n"));
+    log.clear();
+    name.push_back('n');
+    LmLog::printLog(LM_LOG_INFO, name.c_str(), "dropped");
+    EXPECT_TRUE(log.lines().empty());
 }
 
 TEST_F(LmLogTest, ConvertLogLimits)
@@ -100,25 +90,21 @@ TEST_F(LmLogTest, ConvertLogLimits)
     EXPECT_EQ(510u, std::string(LmLog::ConvertLog(&s)).size());
 }
 
-TEST_F(LmLogTest, NativeErrorLine)
+TEST_F(LmLogTest, NativeErrorLineAndCodePerThread)
 {
     Error::Report("Tag", 11, 42);
     ASSERT_EQ(1u, log.lines().size());
     EXPECT_EQ(6, log.lines()[0].priority);
     EXPECT_TRUE(log.contains("Tag", "@ Native Error 11 : 42"));
     EXPECT_EQ(11u, Error::GetError());
-}
 
-TEST(Error, IsKeptPerThread)
-{
     Error::SetError(7);
     unsigned long seenFresh = 99, seenOwn = 99;
-    std::thread other([&] {
+    std::thread([&] {
         seenFresh = Error::GetError();
         Error::SetError(3);
         seenOwn = Error::GetError();
-    });
-    other.join();
+    }).join();
     EXPECT_EQ(0u, seenFresh);
     EXPECT_EQ(3u, seenOwn);
     EXPECT_EQ(7u, Error::GetError());
