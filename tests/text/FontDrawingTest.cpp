@@ -1,4 +1,4 @@
-#include "text/EndToEndSupport.h"
+#include "text/TextTestSupport.h"
 
 #include "effect/LmEffect.h"
 #include "effect/LmGlyph.h"
@@ -8,21 +8,10 @@
 #include "text/LmFontDrawing.h"
 #include "text/LmView.h"
 
-#include <gtest/gtest.h>
-
-#include <cstdio>
-
 using namespace LmFontEffect;
 using namespace LmTest;
 
 namespace {
-
-std::string hexPointer(const void* p)
-{
-    char buf[32];
-    std::snprintf(buf, sizeof buf, "%p", p);
-    return buf;
-}
 
 LmGlyph* solidGlyph(uint16_t w, uint16_t h, int top, int bearing, unsigned char value)
 {
@@ -36,12 +25,18 @@ LmGlyph* solidGlyph(uint16_t w, uint16_t h, int top, int bearing, unsigned char 
     return g;
 }
 
-// Columns of the mask at row y that hold `value`, as a string of '#' and '.'.
-std::string row(const LmBitmap* mask, int y, int from, int to)
+// Row y of the mask as '#' for ink and '.' for none.
+std::string row(const LmBitmap* mask, int y, int width)
 {
     std::string s;
-    for (int x = from; x < to; x++) s += mask->pixels[(size_t)y * mask->width + x] ? '#' : '.';
+    for (int x = 0; x < width; x++) s += mask->pixels[(size_t)y * mask->width + x] ? '#' : '.';
     return s;
+}
+
+LmLayout layoutOf(const std::u16string& text, const LmPaint& paint, const LmTypeface* typeface = sansOnly())
+{
+    std::vector<uint16_t> units = utf16(text);
+    return LmLayoutUtils::doLayout(paint, 2, typeface, units.data(), units.size(), 0, units.size(), 0, units.size());
 }
 
 class FontDrawing : public ::testing::Test {
@@ -49,13 +44,13 @@ protected:
     void SetUp() override { freshFontManager(false); }
     void TearDown() override { freshFontManager(false); }
 
-    // Draws one line of `text` at 40 px and returns the object's last line mask.
-    const LmGlyph* drawLine(LmTextObject& object, const wchar_t* text, int end, const LmPaint& paint)
+    // Draws one line of `text` and returns the object's last line mask.
+    const LmGlyph* drawLine(LmTextObject& object, const wchar_t* text, int end, LmPaint paint)
     {
         object.Construct();
         object.SetText(text);
         object.SetFont(kSansPath);
-        object.SetPaint(const_cast<LmPaint&>(paint));
+        object.SetPaint(paint);
         object.GetView()->SetSize(200, 80);
         giveLines(object, {newLine(4, 50, 0, end)});
         object.RenderTextEffect(200, 80);
@@ -85,7 +80,6 @@ TEST(FontDrawingContext, StartsAtTheNewlineBeforeTheLine)
 TEST(FontDrawingNames, PathAndFamilyAreKeptAndReplaced)
 {
     LmFontDrawing drawing;
-    EXPECT_EQ(nullptr, drawing.GetFontPath());
     drawing.SetFontPath(nullptr);
     EXPECT_EQ(nullptr, drawing.GetFontPath());
     drawing.SetFontPath("/a.ttf");
@@ -114,20 +108,12 @@ TEST(FontDrawingPlacement, GlyphsGoToTheirPlaceInListOrderOrBackwards)
         // Pen at (5, 10) in 26.6.
         drawing._DoRender(99, 5 * 64, 10 * 64, list, &effect, direction);
         const LmBitmap* mask = effect.getSrcBitmap();
-        if (direction > 0) {
-            // A at (5, 9), then B at (5 + 3 + 1, 10).
-            EXPECT_EQ(".....###............", row(mask, 9, 0, 20));
-            EXPECT_EQ(".....###.##.........", row(mask, 10, 0, 20));
-            EXPECT_EQ(".........##.........", row(mask, 11, 0, 20));
-        } else {
-            // B first at (5 + 1, 10), then A at (5 + 2, 9).
-            EXPECT_EQ(".......###..........", row(mask, 9, 0, 20));
-            EXPECT_EQ("......####..........", row(mask, 10, 0, 20));
-            EXPECT_EQ("......##............", row(mask, 11, 0, 20));
-        }
-        const LmRect* r = effect.getTextRect();
-        EXPECT_EQ(9, r->top);
-        EXPECT_EQ(12, r->bottom);
+        // Forwards A at (5, 9), then B at (5 + 3 + 1, 10); backwards B at (5 + 1, 10), then A at (5 + 2, 9).
+        const char* const rows[2][3] = {{".....###............", ".....###.##.........", ".........##........."},
+                                        {".......###..........", "......####..........", "......##............"}};
+        for (int y = 9; y < 12; y++) EXPECT_EQ(rows[direction < 0][y - 9], row(mask, y, 20)) << direction;
+        EXPECT_EQ(9, effect.getTextRect()->top);
+        EXPECT_EQ(12, effect.getTextRect()->bottom);
         drawing._DoRender(0, 0, 0, nullptr, &effect, 1);
         drawing._DoRender(0, 0, 0, list, nullptr, 1);
     }
@@ -136,7 +122,7 @@ TEST(FontDrawingPlacement, GlyphsGoToTheirPlaceInListOrderOrBackwards)
     effect.initEffect(4, 4);
     LmFontDrawing drawing;
     drawing._DoRender(0, 64, 64, drawing.GetGlyphList(), &effect, 1);
-    EXPECT_EQ("....", row(effect.getSrcBitmap(), 1, 0, 4));
+    EXPECT_EQ("....", row(effect.getSrcBitmap(), 1, 4));
 }
 
 TEST_F(FontDrawing, MissingTextIsLoggedAndLeavesTheTargetAlone)
@@ -147,7 +133,7 @@ TEST_F(FontDrawing, MissingTextIsLoggedAndLeavesTheTargetAlone)
     std::fill(dst.pixels, dst.pixels + 8 * 8 * 4, 0x77);
     LogCapture log;
     object.GetFont()->DrawTextEffect(&object, &dst);
-    EXPECT_TRUE(log.contains("LmFontDrawing", "DrawTextEffect(" + hexPointer(object.GetFont()) + ") - text is NULL"));
+    EXPECT_TRUE(log.contains("LmFontDrawing", "DrawTextEffect(" + ptr(object.GetFont()) + ") - text is NULL"));
     for (int i = 0; i < 8 * 8 * 4; i++) ASSERT_EQ(0x77, dst.pixels[i]);
     object.GetFont()->DrawTextEffect(nullptr, &dst);
     object.GetFont()->DrawTextEffect(&object, nullptr);
@@ -156,14 +142,9 @@ TEST_F(FontDrawing, MissingTextIsLoggedAndLeavesTheTargetAlone)
 TEST_F(FontDrawing, LineMaskIsAdvanceWideAndInkHigh)
 {
     LmTextObject object;
-    LmPaint paint;
-    paint.setTextSize(40.0f);
-    const LmGlyph* glyph = drawLine(object, L"Hxg", 3, paint);
+    const LmGlyph* glyph = drawLine(object, L"Hxg", 3, paintOf(40.0f));
     ASSERT_NE(nullptr, glyph);
-
-    auto tf = LmTypeface::createFromFamilies({familyOf(kSansPath)}, 400, false);
-    std::vector<uint16_t> units = utf16(u"Hxg");
-    LmLayout layout = LmLayoutUtils::doLayout(paint, 2, tf.get(), units.data(), 3, 0, 3, 0, 3);
+    LmLayout layout = layoutOf(u"Hxg", paintOf(40.0f));
     EXPECT_EQ((unsigned)layout.getAdvance(), glyph->width);
     EXPECT_EQ((unsigned)(layout.getBounds().bottom - layout.getBounds().top), glyph->height);
     EXPECT_EQ((int)-layout.getBounds().top, glyph->topOffset);
@@ -176,71 +157,48 @@ TEST_F(FontDrawing, LineMaskIsAdvanceWideAndInkHigh)
     }
     EXPECT_TRUE(topRow);
     EXPECT_TRUE(bottomRow);
+
+    // Spaces have an advance but no ink; an empty range has neither.
+    LmTextObject spaces, none;
+    glyph = drawLine(spaces, L"  ", 2, paintOf(40.0f));
+    ASSERT_NE(nullptr, glyph);
+    EXPECT_EQ(0, glyph->height);
+    glyph = drawLine(none, L"abc", 0, paintOf(40.0f));
+    ASSERT_NE(nullptr, glyph);
+    EXPECT_EQ(0, glyph->width);
 }
 
 TEST_F(FontDrawing, InkLeftOfTheOriginShiftsInAndInkPastTheAdvanceIsCut)
 {
-    // A strong right lean pushes the top of the last 'l' past the advance and a left lean
-    // pushes the bottom of 'j' left of the origin.
+    // A strong right lean pushes the top of the last 'l' past the advance.
     LmTextObject lean;
-    LmPaint paint;
-    paint.setTextSize(40.0f);
+    LmPaint paint = paintOf(40.0f);
     paint.setTextSkewX(-0.6f);
     const LmGlyph* g = drawLine(lean, L"ll", 2, paint);
     ASSERT_NE(nullptr, g);
-    auto tf = LmTypeface::createFromFamilies({familyOf(kSansPath)}, 400, false);
-    std::vector<uint16_t> ll = utf16(u"ll");
-    LmLayout layout = LmLayoutUtils::doLayout(paint, 2, tf.get(), ll.data(), 2, 0, 2, 0, 2);
+    LmLayout layout = layoutOf(u"ll", paint);
     EXPECT_GT(layout.getBounds().right, layout.getAdvance() + 5.0f);
     EXPECT_EQ((unsigned)layout.getAdvance(), g->width);
 
+    // The hook of 'j' reaches left of the origin; its leftmost ink lands in column 0.
     LmTextObject back;
-    paint.setTextSkewX(0.0f);
-    const LmGlyph* j = drawLine(back, L"j", 1, paint);
+    const LmGlyph* j = drawLine(back, L"j", 1, paintOf(40.0f));
     ASSERT_NE(nullptr, j);
-    std::vector<uint16_t> ju = utf16(u"j");
-    LmLayout jl = LmLayoutUtils::doLayout(paint, 2, tf.get(), ju.data(), 1, 0, 1, 0, 1);
-    ASSERT_LT(jl.getBounds().left, 0.0f);
-    // The hook's leftmost ink lands in column 0.
+    ASSERT_LT(layoutOf(u"j", paintOf(40.0f)).getBounds().left, 0.0f);
     bool column0 = false;
     for (int y = 0; y < j->height; y++) column0 = column0 || j->pixels[(size_t)y * j->width];
     EXPECT_TRUE(column0);
 }
 
-TEST_F(FontDrawing, TwoFontRunsShareOneMask)
+TEST_F(FontDrawing, TwoFontRunsShareOneMaskAndLeaveThePaintAlone)
 {
+    // The end-to-end tests compare such a line pixel by pixel; here the mask count and the
+    // object's paint, which the per-run settings must not change.
     freshFontManager(true);
     LmTextObject object;
-    LmPaint paint;
-    paint.setTextSize(40.0f);
+    LmPaint paint = paintOf(40.0f);
     paint.setTextSkewX(-0.2f);
-    const LmGlyph* glyph = drawLine(object, L"ab\u4E2D", 3, paint);
-    ASSERT_NE(nullptr, glyph);
+    ASSERT_NE(nullptr, drawLine(object, L"ab\u4E2D", 3, paint));
     EXPECT_EQ(1, object.GetFont()->GetGlyphList()->GetCount());
-
-    std::vector<uint16_t> units = utf16(u"ab\u4E2D");
-    LmLayout layout = LmLayoutUtils::doLayout(paint, 2, sansWithCjk().get(), units.data(), 3, 0, 3, 0, 3);
-    const int split = (int)(layout.getX(2) - layout.getBounds().left);
-    long latin = 0, han = 0;
-    for (int y = 0; y < glyph->height; y++) {
-        for (int x = 0; x < glyph->width; x++) (x < split ? latin : han) += glyph->pixels[(size_t)y * glyph->width + x];
-    }
-    EXPECT_GT(latin, 255 * 50);
-    EXPECT_GT(han, 255 * 100);
-    // The paint of the text object is untouched by the per-run settings.
     EXPECT_FLOAT_EQ(-0.2f, object.GetPaint().getTextSkewX());
-}
-
-TEST_F(FontDrawing, EmptyLineRendersNothing)
-{
-    LmTextObject object;
-    LmPaint paint;
-    paint.setTextSize(40.0f);
-    const LmGlyph* glyph = drawLine(object, L"  ", 2, paint);  // spaces: advance but no ink
-    ASSERT_NE(nullptr, glyph);
-    EXPECT_EQ(0, glyph->height);
-    LmTextObject none;
-    glyph = drawLine(none, L"abc", 0, paint);
-    ASSERT_NE(nullptr, glyph);
-    EXPECT_EQ(0, glyph->width);
 }

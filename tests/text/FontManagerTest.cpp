@@ -1,79 +1,28 @@
-#include "text/FontManager.h"
+#include "text/TextTestSupport.h"
 
-#include "foundation/List.h"
-#include "foundation/LmString.h"
-#include "platform/LmPlatformFamily.h"
-#include "platform/LmPlatformFont.h"
 #include "support/TestSupport.h"
-#include "text/FontEntry.h"
 #include "text/LmFontData.h"
-#include "text/LmFontFamily.h"
 #include "text/LmFontManagerImpl.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdio>
-#include <cstring>
-#include <fstream>
-#include <iterator>
 #include <random>
-#include <string>
-#include <vector>
 
 using namespace LmFontEffect;
+using namespace LmTest;
 
 namespace {
 
-const char* const kSans = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
-const char* const kSerif = "/usr/share/fonts/truetype/dejavu/DejaVuSerif.ttf";
 const char* const kMissing = "/nonexistent/dir/NoSuchFont.ttf";
-
-std::vector<char> readFile(const char* path)
-{
-    std::ifstream in(path, std::ios::binary);
-    return std::vector<char>(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
-
-// A new[] copy of the first n bytes, as callers hand buffers over.
-char* handOver(const std::vector<char>& bytes, size_t n)
-{
-    char* data = new char[n];
-    std::memcpy(data, bytes.data(), n);
-    return data;
-}
 
 struct Str {
     explicit Str(const char* text) { s.Construct(text); }
     LmString s;
 };
 
-LmFontFamily* makeFamily(uint32_t localeListId, int variant, std::vector<const char*> paths)
-{
-    auto* family = new LmFontFamily();
-    family->localeListId = localeListId;
-    family->variant = variant;
-    family->fonts = new List();
-    family->fonts->Construct();
-    for (const char* path : paths) {
-        auto* entry = new FontEntry();
-        entry->path = new LmString();
-        entry->path->Construct(path);
-        entry->weight = 500;
-        entry->italic = true;
-        family->fonts->Add(entry);
-    }
-    return family;
-}
-
 class FontManagerTest : public ::testing::Test {
 protected:
-    void SetUp() override { reset(); }
-    void TearDown() override { reset(); }
-    static void reset()
-    {
-        fm->ClearFontMaps();
-        fm->ClearFontFamilies();
-    }
+    void SetUp() override { freshFontManager(false); }
+    void TearDown() override { freshFontManager(false); }
     static LmFontManagerImpl* impl() { return fm->GetImpl(); }
     static FontManager* const fm;
 };
@@ -90,32 +39,32 @@ TEST(FontManagerKeys, KeysKeepTheirTrailingNul)
 
 TEST_F(FontManagerTest, FileIsMappedOnceAndTheFirstFontIsKept)
 {
-    ASSERT_TRUE(fm->AddMinikinFont(kSans, nullptr, 0, 0, true));
-    EXPECT_TRUE(fm->IsExisting(kSans, 0));
-    EXPECT_FALSE(fm->IsExisting(kSans, 1));
+    ASSERT_TRUE(fm->AddMinikinFont(kSansPath, nullptr, 0, 0, true));
+    EXPECT_TRUE(fm->IsExisting(kSansPath, 0));
+    EXPECT_FALSE(fm->IsExisting(kSansPath, 1));
     ASSERT_EQ(impl()->fontDataMap.size(), 1u);
     const LmFontData* data = impl()->fontDataMap.begin()->second;
     ASSERT_TRUE(data->buffer && data->mapped);
-    EXPECT_DOUBLE_EQ(impl()->totalBufferMB, readFile(kSans).size() / 1024000.0);
+    EXPECT_DOUBLE_EQ(impl()->totalBufferMB, readFileBytes(kSansPath).size() / 1024000.0);
 
-    Str name(kSans);
+    Str name(kSansPath);
     std::shared_ptr<LmPlatformFont> first, again;
     ASSERT_TRUE(fm->GetMinikinFont(first, &name.s, 0));
     EXPECT_TRUE(fm->AddMinikinFont(&name.s, nullptr, 0, 0, false));
     ASSERT_TRUE(fm->GetMinikinFont(again, &name.s, 0));
     EXPECT_EQ(again, first);
     EXPECT_EQ(impl()->fontDataMap.size(), 1u);
-    EXPECT_FALSE(fm->AddMinikinFont(kSans, nullptr, 0, 1, true));  // a single font has no face 1
+    EXPECT_FALSE(fm->AddMinikinFont(kSansPath, nullptr, 0, 1, true));  // a single font has no face 1
 
     fm->ClearFontMaps();
-    EXPECT_FALSE(fm->IsExisting(kSans, 0));
+    EXPECT_FALSE(fm->IsExisting(kSansPath, 0));
     EXPECT_TRUE(impl()->fontDataMap.empty());
     EXPECT_EQ(impl()->totalBufferMB, 0.0);
 }
 
 TEST_F(FontManagerTest, MissingRandomTruncatedAndEmptyFontsAreRefused)
 {
-    LmTest::LogCapture log;
+    LogCapture log;
     EXPECT_FALSE(fm->AddMinikinFont(kMissing, nullptr, 0, 0, true));
     EXPECT_TRUE(log.contains("LmFontManager", std::string("Failed to open ") + kMissing + " as a font"));
     EXPECT_TRUE(log.contains("LmFontManager", "AddMinikinFont() - Fail to get font"));
@@ -125,10 +74,10 @@ TEST_F(FontManagerTest, MissingRandomTruncatedAndEmptyFontsAreRefused)
     EXPECT_FALSE(fm->AddMinikinFont((LmString*)nullptr, new char[4](), 4, 0, true));
     EXPECT_TRUE(log.contains("LmFontManager", "AddMinikinFont() - path is NULL"));
 
-    std::vector<char> bytes = readFile(kSans);
-    std::vector<char> noise(bytes.size());
+    std::vector<unsigned char> bytes = readFileBytes(kSansPath);
+    std::vector<unsigned char> noise(bytes.size());
     std::mt19937 random(1234);
-    for (char& c : noise) c = (char)(random() & 0xFF);
+    for (auto& c : noise) c = (unsigned char)random();
     EXPECT_FALSE(fm->AddMinikinFont("random", handOver(noise, noise.size()), (unsigned)noise.size(), 0, true));
     EXPECT_FALSE(fm->AddMinikinFont("truncated", handOver(bytes, 2048), 2048, 0, true));
     EXPECT_FALSE(fm->AddMinikinFont("empty", new char[1](), 0, 0, true));
@@ -138,7 +87,7 @@ TEST_F(FontManagerTest, MissingRandomTruncatedAndEmptyFontsAreRefused)
     // The same from files on disk.
     std::string truncated = ::testing::TempDir() + "/lm_truncated_font.ttf";
     std::string empty = ::testing::TempDir() + "/lm_empty_font.ttf";
-    std::ofstream(truncated, std::ios::binary).write(bytes.data(), 3000);
+    std::ofstream(truncated, std::ios::binary).write((const char*)bytes.data(), 3000);
     std::ofstream(empty, std::ios::binary).flush();
     EXPECT_FALSE(fm->AddMinikinFont(truncated.c_str(), nullptr, 0, 0, true));
     EXPECT_FALSE(fm->AddMinikinFont(empty.c_str(), nullptr, 0, 0, true));
@@ -148,7 +97,7 @@ TEST_F(FontManagerTest, MissingRandomTruncatedAndEmptyFontsAreRefused)
 
 TEST_F(FontManagerTest, HandedBuffersAreKeptOnceAndDuplicatesFreed)
 {
-    std::vector<char> bytes = readFile(kSans);
+    std::vector<unsigned char> bytes = readFileBytes(kSansPath);
     unsigned size = (unsigned)bytes.size();
     ASSERT_TRUE(fm->AddMinikinFont("user", handOver(bytes, size), size, 0, true));
     Str name("user");
@@ -166,7 +115,7 @@ TEST_F(FontManagerTest, HandedBuffersAreKeptOnceAndDuplicatesFreed)
 
 TEST_F(FontManagerTest, UserFontNameSetsWeightAndSlant)
 {
-    std::vector<char> bytes = readFile(kSans);
+    std::vector<unsigned char> bytes = readFileBytes(kSansPath);
     struct Case {
         const char* name;
         const char* family;
@@ -213,9 +162,9 @@ TEST_F(FontManagerTest, SystemFamiliesAreTakenOnceAndLoadedOnDemand)
 {
     auto* list = new List();
     list->Construct();
-    LmFontFamily* base = makeFamily(0, 0, {kSans});
-    LmFontFamily* serif = makeFamily(7001, 2, {kSerif});
-    LmFontFamily* broken = makeFamily(7002, 0, {kSans, kMissing});
+    LmFontFamily* base = makeFamily(0, 0, {kSansPath});
+    LmFontFamily* serif = makeFamily(7001, 2, {kSerifPath});
+    LmFontFamily* broken = makeFamily(7002, 0, {kSansPath, kMissing});
     LmFontFamily* empty = makeFamily(7003, 0, {});
     for (LmFontFamily* f : {base, serif, broken, empty}) list->Add(f);
     EXPECT_TRUE(fm->SetSystemFontFamilies(list));
@@ -236,7 +185,7 @@ TEST_F(FontManagerTest, SystemFamiliesAreTakenOnceAndLoadedOnDemand)
     EXPECT_EQ(broken->loaded, 0);
 
     // The user font first, then the loaded system families in order.
-    std::vector<char> bytes = readFile(kSerif);
+    std::vector<unsigned char> bytes = readFileBytes(kSerifPath);
     ASSERT_TRUE(fm->AddMinikinFont("mine-Bold.ttf", handOver(bytes, bytes.size()), (unsigned)bytes.size(), 0, true));
     Str user("mine-Bold.ttf");
     std::vector<std::shared_ptr<LmPlatformFamily>> families;

@@ -1,14 +1,8 @@
-#include "text/LmTextInstanceManager.h"
+#include "text/TextTestSupport.h"
 
 #include "foundation/Error.h"
 #include "support/TestSupport.h"
-#include "text/LmTextObject.h"
-
-#include <gtest/gtest.h>
-
-#include <cstdio>
-#include <string>
-#include <vector>
+#include "text/LmTextInstanceManager.h"
 
 using namespace LmFontEffect;
 
@@ -66,9 +60,7 @@ TEST_F(InstanceManagerTest, BindCountsDecideDeletion)
     LmTest::LogCapture log;
     M::Bind(fake(2));
     M::Bind(fake(2));
-    char line[64];
-    std::snprintf(line, sizeof line, "Bind(%p) - count: 2", (void*)fake(2));
-    EXPECT_TRUE(log.contains("LmTextInstanceManager", line));
+    EXPECT_TRUE(log.contains("LmTextInstanceManager", "Bind(" + LmTest::ptr(fake(2)) + ") - count: 2"));
     EXPECT_TRUE(M::Release(fake(2), true));
     EXPECT_TRUE(gReleased.empty());
     EXPECT_TRUE(M::Release(fake(2), true));
@@ -155,8 +147,7 @@ TEST(InstanceManagerRealObjects, DestructorsReenterTheTableLockedOrNot)
     std::vector<ChainedTextObject*> chain = boundChain(3);
     int lastHandle = chain[2]->GetRuntimeHandle();
     LmTest::LogCapture log;
-    char deleted[96];
-    std::snprintf(deleted, sizeof deleted, "Delete LmTextObject by InstanceManager : %p", (void*)chain[0]);
+    const std::string deleted = "Delete LmTextObject by InstanceManager : " + LmTest::ptr(chain[0]);
     // Each destructor deletes the next from inside the previous one's Release.
     LmTextInstanceManager::Release(chain[0], true);
     EXPECT_EQ(ChainedTextObject::destroyed, 3);

@@ -1,10 +1,4 @@
-#include "text/PlatformTestFonts.h"
-
-#include "platform/LmAlphaCanvas.h"
-#include "platform/LmLayoutUtils.h"
-#include "platform/LmPaint.h"
-
-#include <gtest/gtest.h>
+#include "text/TextTestSupport.h"
 
 #include <cmath>
 #include <limits>
@@ -15,13 +9,6 @@ using namespace LmTest;
 
 namespace {
 
-LmPaint paintOf(float size)
-{
-    LmPaint paint;
-    paint.setTextSize(size);
-    return paint;
-}
-
 LmLayout layoutOf(const std::u16string& s, const LmPaint& paint, int bidi = LmLayoutUtils::kBidiDefaultLTR,
                   const LmTypeface* tf = nullptr)
 {
@@ -29,6 +16,21 @@ LmLayout layoutOf(const std::u16string& s, const LmPaint& paint, int bidi = LmLa
     std::vector<uint16_t> text = utf16(s);
     return LmLayoutUtils::doLayout(paint, bidi, tf ? tf : typeface.get(), text.data(), text.size(), 0, text.size(), 0,
                                    text.size());
+}
+
+std::vector<uint32_t> glyphIds(const LmLayout& layout)
+{
+    std::vector<uint32_t> ids;
+    for (size_t i = 0; i < layout.nGlyphs(); i++) ids.push_back(layout.getGlyphId(i));
+    return ids;
+}
+
+// The sans font's glyphs for the characters, in the order given.
+std::vector<uint32_t> sansIds(const std::u16string& chars)
+{
+    std::vector<uint32_t> ids;
+    for (char16_t c : chars) ids.push_back(loadFont(kSansPath)->GetGlyphId(c));
+    return ids;
 }
 
 // Records the runs forFontRun hands out, with the paint state seen inside each.
@@ -52,12 +54,8 @@ struct RunRecorder {
 
 TEST(PlatformLayout, LatinLineHasAdvancePositionsAndInkBounds)
 {
-    LmPaint paint = paintOf(48.0f);
-    LmLayout hello = layoutOf(u"Hello", paint);
-    ASSERT_EQ(5u, hello.nGlyphs());
-    auto sans = loadFont(kSansPath);
-    EXPECT_EQ(sans->GetGlyphId('H'), hello.getGlyphId(0));
-    EXPECT_EQ(sans->GetGlyphId('o'), hello.getGlyphId(4));
+    LmLayout hello = layoutOf(u"Hello", paintOf(48.0f));
+    ASSERT_EQ(sansIds(u"Hello"), glyphIds(hello));
     EXPECT_EQ(0.0f, hello.getX(0));
     for (size_t i = 1; i < 5; i++) EXPECT_GT(hello.getX(i), hello.getX(i - 1));
     EXPECT_GT(hello.getAdvance(), hello.getX(4));
@@ -82,27 +80,29 @@ TEST(PlatformLayout, LatinLineHasAdvancePositionsAndInkBounds)
     EXPECT_NEAR(6.0f, sp.getX(0), 0.001f);
 }
 
-TEST(PlatformLayout, ContextRangeAndFeatures)
+TEST(PlatformLayout, ContextRangeFeaturesAndSurrogates)
 {
-    static auto tf = sansWithCjk();
+    auto tf = sansWithCjk();
     std::vector<uint16_t> text = utf16(u"ab\ncd ef");
+    const size_t n = text.size();
+    auto layout = [&](size_t start, size_t count, size_t contextStart, size_t contextCount,
+                      const LmTypeface* typeface, const uint16_t* units) {
+        return LmLayoutUtils::doLayout(paintOf(30.0f), 2, typeface, units, n, start, count, contextStart, contextCount);
+    };
     // Shaping "cd" out of its paragraph gives the same glyphs as shaping it alone.
-    LmLayout part = LmLayoutUtils::doLayout(paintOf(30.0f), LmLayoutUtils::kBidiDefaultLTR, tf.get(), text.data(),
-                                            text.size(), 3, 2, 2, 6);
+    LmLayout part = layout(3, 2, 2, 6, tf.get(), text.data());
     LmLayout alone = layoutOf(u"cd", paintOf(30.0f));
-    ASSERT_EQ(2u, part.nGlyphs());
-    EXPECT_EQ(alone.getGlyphId(0), part.getGlyphId(0));
+    EXPECT_EQ(glyphIds(alone), glyphIds(part));
     EXPECT_FLOAT_EQ(alone.getAdvance(), part.getAdvance());
 
     // Ranges outside the buffer, empty ranges and bad sizes give an empty layout.
-    const size_t n = text.size();
-    EXPECT_EQ(0u, LmLayoutUtils::doLayout(paintOf(30.0f), 2, tf.get(), text.data(), n, n, 1, 0, n).nGlyphs());
-    EXPECT_EQ(0u, LmLayoutUtils::doLayout(paintOf(30.0f), 2, tf.get(), text.data(), n, 2, (size_t)-1, 0, n).nGlyphs());
-    EXPECT_EQ(0u, LmLayoutUtils::doLayout(paintOf(30.0f), 2, tf.get(), text.data(), n, 0, 0, 0, n).nGlyphs());
-    EXPECT_EQ(0u, LmLayoutUtils::doLayout(paintOf(30.0f), 2, nullptr, text.data(), n, 0, 2, 0, n).nGlyphs());
-    EXPECT_EQ(0u, LmLayoutUtils::doLayout(paintOf(30.0f), 2, tf.get(), nullptr, n, 0, 2, 0, n).nGlyphs());
+    EXPECT_EQ(0u, layout(n, 1, 0, n, tf.get(), text.data()).nGlyphs());
+    EXPECT_EQ(0u, layout(2, (size_t)-1, 0, n, tf.get(), text.data()).nGlyphs());
+    EXPECT_EQ(0u, layout(0, 0, 0, n, tf.get(), text.data()).nGlyphs());
+    EXPECT_EQ(0u, layout(0, 2, 0, n, nullptr, text.data()).nGlyphs());
+    EXPECT_EQ(0u, layout(0, 2, 0, n, tf.get(), nullptr).nGlyphs());
     // A context that does not hold the range is replaced by the range.
-    EXPECT_EQ(2u, LmLayoutUtils::doLayout(paintOf(30.0f), 2, tf.get(), text.data(), n, 3, 2, 5, 100).nGlyphs());
+    EXPECT_EQ(2u, layout(3, 2, 5, 100, tf.get(), text.data()).nGlyphs());
     for (float bad : {0.0f, -1.0f, std::numeric_limits<float>::quiet_NaN(), 1e30f}) {
         LmLayout l = layoutOf(u"abc", paintOf(bad));
         EXPECT_EQ(0u, l.nGlyphs());
@@ -114,14 +114,11 @@ TEST(PlatformLayout, ContextRangeAndFeatures)
     LmPaint noLiga = paintOf(30.0f);
     noLiga.setFontFeatureSettings("'liga' 0, 'kern' 1,, bogus feature");
     EXPECT_EQ(2u, layoutOf(u"fi", noLiga).nGlyphs());
-}
 
-TEST(PlatformLayout, LoneSurrogatesShapeAsReplacementCharacters)
-{
+    // Lone surrogates shape as replacement characters; a proper pair is one character.
     LmLayout l = layoutOf(std::u16string{(char16_t)0xD800, (char16_t)0xDC00 + 5, u'a', (char16_t)0xDBFF}, paintOf(20.0f));
     EXPECT_GE(l.nGlyphs(), 3u);
     EXPECT_GT(l.getAdvance(), 0.0f);
-    // A proper pair is one character.
     EXPECT_EQ(1u, layoutOf(std::u16string{(char16_t)0xD83D, (char16_t)0xDE00}, paintOf(20.0f)).nGlyphs());
 }
 
@@ -137,18 +134,12 @@ TEST(PlatformLayout, LatinThenHanFallsBackAndMakesTwoFontRuns)
 
     RunRecorder rec(&paint);
     LmLayoutUtils::forFontRun(l, &paint, rec);
-    ASSERT_EQ(2u, rec.runs.size());
-    EXPECT_EQ(std::make_pair(0u, 3u), rec.runs[0]);
-    EXPECT_EQ(std::make_pair(3u, 5u), rec.runs[1]);
-    EXPECT_EQ(loadFont(kSansPath).get(), rec.fonts[0]);
-    EXPECT_EQ(loadFont(kCjkPath).get(), rec.fonts[1]);
-}
+    EXPECT_EQ((std::vector<std::pair<unsigned, unsigned>>{{0, 3}, {3, 5}}), rec.runs);
+    EXPECT_EQ((std::vector<LmPlatformFont*>{loadFont(kSansPath).get(), loadFont(kCjkPath).get()}), rec.fonts);
 
-TEST(PlatformLayout, MarksStayWithTheirBase)
-{
-    // e + combining acute: both in the Latin font even though the mark alone would fall back
-    // nowhere else; a Han character followed by a variation selector stays in one run.
-    LmLayout l = layoutOf(u"e\u0301\u4E2D\uFE00", paintOf(30.0f));
+    // A mark stays with its base: e + combining acute in the Latin font, a Han character and its
+    // variation selector in the fallback font.
+    l = layoutOf(u"e\u0301\u4E2D\uFE00", paintOf(30.0f));
     ASSERT_GE(l.nGlyphs(), 2u);
     EXPECT_EQ(loadFont(kSansPath).get(), l.getFont(0));
     EXPECT_EQ(loadFont(kCjkPath).get(), l.getFont(l.nGlyphs() - 1));
@@ -156,37 +147,29 @@ TEST(PlatformLayout, MarksStayWithTheirBase)
 
 TEST(PlatformLayout, RightToLeftTextIsShapedRightToLeft)
 {
-    auto sans = loadFont(kSansPath);
     // Hebrew alef bet gimel: in visual order the last letter comes first.
     LmLayout hebrew = layoutOf(u"\u05D0\u05D1\u05D2", paintOf(30.0f), LmLayoutUtils::kBidiDefaultLTR);
-    ASSERT_EQ(3u, hebrew.nGlyphs());
-    EXPECT_EQ(sans->GetGlyphId(0x05D2), hebrew.getGlyphId(0));
-    EXPECT_EQ(sans->GetGlyphId(0x05D0), hebrew.getGlyphId(2));
+    ASSERT_EQ(sansIds(u"\u05D2\u05D1\u05D0"), glyphIds(hebrew));
     EXPECT_LT(hebrew.getX(0), hebrew.getX(2));
 
     // Arabic beh beh beh: joined forms, not the isolated ones, laid out right to left.
     LmLayout arabic = layoutOf(u"\u0628\u0628\u0628", paintOf(30.0f), LmLayoutUtils::kBidiDefaultRTL);
     ASSERT_EQ(3u, arabic.nGlyphs());
-    const uint32_t isolated = sans->GetGlyphId(0x0628);
+    const uint32_t isolated = loadFont(kSansPath)->GetGlyphId(0x0628);
     EXPECT_NE(isolated, arabic.getGlyphId(0));
     EXPECT_NE(isolated, arabic.getGlyphId(1));
     EXPECT_NE(arabic.getGlyphId(0), arabic.getGlyphId(2));  // final form left, initial form right
 
     // Mixed: in a left-to-right paragraph the Latin word comes first, the Hebrew word is
     // reversed after it; in a right-to-left paragraph the Hebrew word comes first.
-    LmLayout ltr = layoutOf(u"ab \u05D0\u05D1", paintOf(30.0f), LmLayoutUtils::kBidiLTR);
-    ASSERT_EQ(5u, ltr.nGlyphs());
-    EXPECT_EQ(sans->GetGlyphId('a'), ltr.getGlyphId(0));
-    EXPECT_EQ(sans->GetGlyphId(0x05D1), ltr.getGlyphId(3));
-    LmLayout rtl = layoutOf(u"ab \u05D0\u05D1", paintOf(30.0f), LmLayoutUtils::kBidiRTL);
-    EXPECT_EQ(sans->GetGlyphId(0x05D1), rtl.getGlyphId(0));
-    EXPECT_EQ(sans->GetGlyphId('b'), rtl.getGlyphId(4));
+    const std::u16string mixed = u"ab \u05D0\u05D1";
+    EXPECT_EQ(sansIds(u"ab \u05D1\u05D0"), glyphIds(layoutOf(mixed, paintOf(30.0f), LmLayoutUtils::kBidiLTR)));
+    EXPECT_EQ(sansIds(u"\u05D1\u05D0 ab"), glyphIds(layoutOf(mixed, paintOf(30.0f), LmLayoutUtils::kBidiRTL)));
     // Forced left to right keeps logical order even for Hebrew.
-    LmLayout forced = layoutOf(u"\u05D0\u05D1", paintOf(30.0f), LmLayoutUtils::kBidiForceLTR);
-    EXPECT_EQ(sans->GetGlyphId(0x05D0), forced.getGlyphId(0));
+    EXPECT_EQ(sansIds(u"\u05D0\u05D1"),
+              glyphIds(layoutOf(u"\u05D0\u05D1", paintOf(30.0f), LmLayoutUtils::kBidiForceLTR)));
     // Neutral text in a default-RTL paragraph is right to left.
-    LmLayout neutral = layoutOf(u"1 2", paintOf(30.0f), LmLayoutUtils::kBidiDefaultRTL);
-    EXPECT_EQ(3u, neutral.nGlyphs());
+    EXPECT_EQ(3u, layoutOf(u"1 2", paintOf(30.0f), LmLayoutUtils::kBidiDefaultRTL).nGlyphs());
 }
 
 TEST(PlatformLayout, ForFontRunAppliesFakeryPerRunAndRestoresThePaint)
@@ -203,19 +186,16 @@ TEST(PlatformLayout, ForFontRunAppliesFakeryPerRunAndRestoresThePaint)
     RunRecorder rec(&paint);
     LmLayoutUtils::forFontRun(l, &paint, rec);
     ASSERT_EQ(3u, rec.runs.size());
-    for (size_t i = 0; i < 3; i++) {
-        EXPECT_FLOAT_EQ(-0.35f, rec.skews[i]);
-        EXPECT_TRUE(rec.embolden[i]);
-    }
+    for (float skew : rec.skews) EXPECT_FLOAT_EQ(-0.35f, skew);
+    EXPECT_EQ(std::vector<bool>(3, true), rec.embolden);
     EXPECT_FLOAT_EQ(-0.1f, paint.getTextSkewX());
     EXPECT_FALSE(paint.isEmbolden());
 
-    // The synthetic styles widen the ink compared with the plain face.
-    auto plain = LmTypeface::createFromFamilies({familyOf(kSansPath)}, 400, false);
-    LmLayout p = layoutOf(u"H", paintOf(30.0f), LmLayoutUtils::kBidiDefaultLTR, plain.get());
+    // The synthetic styles widen the ink compared with the plain face; advances are not faked.
+    LmLayout p = layoutOf(u"H", paintOf(30.0f), LmLayoutUtils::kBidiDefaultLTR, sansOnly());
     LmLayout f = layoutOf(u"H", paintOf(30.0f), LmLayoutUtils::kBidiDefaultLTR, tf.get());
     EXPECT_GT(f.getBounds().right - f.getBounds().left, p.getBounds().right - p.getBounds().left + 3.0f);
-    EXPECT_FLOAT_EQ(p.getAdvance(), f.getAdvance());  // advances are not faked
+    EXPECT_FLOAT_EQ(p.getAdvance(), f.getAdvance());
 
     LmLayout empty;
     LmLayoutUtils::forFontRun(empty, &paint, rec);

@@ -1,67 +1,23 @@
-#include "text/LmTextObject.h"
+#include "text/TextTestSupport.h"
 
 #include "foundation/Error.h"
-#include "foundation/List.h"
-#include "foundation/LmString.h"
+#include "platform/LmLocaleListRegistry.h"
 #include "support/TestSupport.h"
-#include "text/FontManager.h"
-#include "text/LineInfo.h"
 #include "text/LmFontDrawing.h"
-
-#include <gtest/gtest.h>
-
-#include <cstdio>
-#include <cstring>
-#include <fstream>
-#include <iterator>
-#include <random>
-#include <string>
-#include <vector>
+#include "text/LmScriptLocales.h"
+#include "text/LmView.h"
 
 using namespace LmFontEffect;
-
-namespace {
-
-const char* const kSans = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
-
-std::string format(const char* fmt, const void* p, int n)
-{
-    char text[160];
-    std::snprintf(text, sizeof text, fmt, p, n);
-    return text;
-}
-
-LineInfo* makeLine(int x, int baseline, int start, int end)
-{
-    auto* line = new LineInfo();
-    line->x = x;
-    line->baseline = baseline;
-    line->start = start;
-    line->end = end;
-    line->bounds = LmRect(x, baseline - 30, x + 150, baseline + 10);
-    return line;
-}
-
-// As the bridge does: the caller's list is emptied without deleting what it held.
-void giveLines(LmTextObject& object, std::vector<LineInfo*> lines)
-{
-    List list;
-    list.Construct();
-    for (LineInfo* line : lines) list.Add(line);
-    ASSERT_EQ(object.SetLineInfo(&list), 1);
-    list.RemoveAll();
-}
-
-} // namespace
+using namespace LmTest;
 
 TEST(TextObject, ConstructTwiceFailsAndKeepsTheHandle)
 {
     LmTextObject object;
-    LmTest::LogCapture log;
+    LogCapture log;
     ASSERT_EQ(object.Construct(), 1);
     int handle = object.GetRuntimeHandle();
     EXPECT_GE(handle, 1);
-    EXPECT_TRUE(log.contains("LmTextObject", format("Construct(%p / %d)", &object, handle)));
+    EXPECT_TRUE(log.contains("LmTextObject", "Construct(" + ptr(&object) + " / " + std::to_string(handle) + ")"));
     EXPECT_EQ(LmTextObject::FindLmTextObject(handle), &object);
 
     Error::SetError(0);
@@ -72,14 +28,14 @@ TEST(TextObject, ConstructTwiceFailsAndKeepsTheHandle)
 
 TEST(TextObject, AnUnconstructedObjectFailsWithError8)
 {
-    LmTest::LogCapture log;
+    LogCapture log;
     {
         LmTextObject object;
         Error::SetError(0);
         EXPECT_EQ(object.SetText(L"x"), 0);
         EXPECT_EQ(Error::GetError(), 8u);
         Error::SetError(0);
-        EXPECT_EQ(object.SetFont(kSans, new char[4](), 4), 0);  // the buffer is still freed
+        EXPECT_EQ(object.SetFont(kSansPath, new char[4](), 4), 0);  // the buffer is still freed
         EXPECT_EQ(Error::GetError(), 8u);
         EXPECT_EQ(object.GetTextColor(), 0xFF000000u);
         EXPECT_EQ(object.GetRuntimeHandle(), -1);
@@ -92,7 +48,7 @@ TEST(TextObject, AnUnconstructedObjectFailsWithError8)
     EXPECT_EQ(Error::GetError(), 8u);  // so does its destructor
 }
 
-TEST(TextObject, StyleBitsAndTextAreStoredAndCleared)
+TEST(TextObject, StyleBitsTextAndLineRecordsAreStoredAndReplaced)
 {
     LmTextObject object;
     ASSERT_EQ(object.Construct(), 1);
@@ -111,23 +67,17 @@ TEST(TextObject, StyleBitsAndTextAreStoredAndCleared)
     EXPECT_EQ(object.GetText()->CompareTo("Hello"), 0);
     EXPECT_EQ(object.SetText((const wchar_t*)nullptr), 1);
     EXPECT_EQ(object.GetText(), nullptr);
-}
 
-TEST(TextObject, LineRecordsAreTakenOverAndReplaced)
-{
-    LmTextObject object;
-    ASSERT_EQ(object.Construct(), 1);
-    LmTest::LogCapture log;
+    LogCapture log;
     Error::SetError(0);
     EXPECT_EQ(object.SetLineInfo(nullptr), 0);
     EXPECT_EQ(Error::GetError(), 7u);
     EXPECT_TRUE(log.contains("LmTextObject", "SetLineInfo - lineInfo is NULL"));
-
-    giveLines(object, {makeLine(1, 10, 0, 3), makeLine(2, 20, 3, 5)});
+    giveLines(object, {newLine(1, 10, 0, 3), newLine(2, 20, 3, 5)});
     ASSERT_EQ(object.GetLineInfo()->GetCount(), 2);
     EXPECT_EQ(static_cast<LineInfo*>(object.GetLineInfo()->Get(1))->baseline, 20);
     // The old records are deleted, which the sanitizer build checks.
-    giveLines(object, {makeLine(7, 70, 0, 1)});
+    giveLines(object, {newLine(7, 70, 0, 1)});
     ASSERT_EQ(object.GetLineInfo()->GetCount(), 1);
     EXPECT_EQ(static_cast<LineInfo*>(object.GetLineInfo()->Get(0))->x, 7);
 }
@@ -143,40 +93,91 @@ TEST(TextObject, FontSettersRegisterWithTheFontManager)
     EXPECT_EQ(object.SetFont("/nonexistent/font.ttf"), 0);
     EXPECT_EQ(object.GetFont()->GetFontPath(), nullptr);
 
-    ASSERT_EQ(object.SetFont(kSans), 1);
-    EXPECT_TRUE(FontManager::GetInstance()->IsExisting(kSans, 0));
-    EXPECT_EQ(object.GetFont()->GetFontPath()->CompareTo(kSans), 0);
+    ASSERT_EQ(object.SetFont(kSansPath), 1);
+    EXPECT_TRUE(FontManager::GetInstance()->IsExisting(kSansPath, 0));
+    EXPECT_EQ(object.GetFont()->GetFontPath()->CompareTo(kSansPath), 0);
     // Bytes that are no font are refused and the earlier choice stays.
     char* junk = new char[64];
     for (int i = 0; i < 64; ++i) junk[i] = (char)(i * 37 + 11);
     EXPECT_EQ(object.SetFont("junk-font", junk, 64), 0);
-    EXPECT_EQ(object.GetFont()->GetFontPath()->CompareTo(kSans), 0);
+    EXPECT_EQ(object.GetFont()->GetFontPath()->CompareTo(kSansPath), 0);
 
     ASSERT_EQ(object.SetFontFamilyName("sans-serif"), 1);
     EXPECT_EQ(object.GetFont()->GetFontFamilyName()->CompareTo("sans-serif"), 0);
+    freshFontManager(false);
 }
 
-TEST(TextObject, CorruptFontBytesNeverCrashARender)
+TEST(View, NegativeSizesAreRefusedAndLeaveValuesZeroIsAccepted)
 {
-    std::ifstream in(kSans, std::ios::binary);
-    std::vector<char> bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    ASSERT_GT(bytes.size(), 10000u);
-    std::mt19937 random(77);
-    for (int round = 0; round < 6; ++round) {
-        // Spoil a few hundred bytes past the table directory: outlines, metrics, cmap.
-        char* data = new char[bytes.size()];
-        std::memcpy(data, bytes.data(), bytes.size());
-        for (int i = 0; i < 300; ++i) data[256 + random() % (bytes.size() - 256)] = (char)random();
-        std::string name = "corrupt-font-" + std::to_string(round);
+    LmView view;
+    EXPECT_EQ(view.GetDrawingBitmapSize()[0], 0);  // zeroed before any render
+    ASSERT_TRUE(view.SetSize(20, 30) && view.SetBitmapWidth(40) && view.SetBitmapHeight(50));
 
-        LmTextObject object;
-        ASSERT_EQ(object.Construct(), 1);
-        object.SetFont(name.c_str(), data, (unsigned)bytes.size());  // accepted or refused, both fine
-        ASSERT_EQ(object.SetText(L"Hello, world"), 1);
-        LmPaint paint;
-        paint.setTextSize(32.0f);
-        object.SetPaint(paint);
-        giveLines(object, {makeLine(0, 40, 0, 12)});
-        EXPECT_NE(object.RenderTextEffect(200, 60), nullptr);
+    LogCapture log;
+    EXPECT_EQ(view.SetSize(-1, 5), 0);
+    EXPECT_EQ(view.SetBitmapWidth(-1), 0);
+    EXPECT_EQ(view.SetBitmapHeight(-7), 0);
+    EXPECT_EQ(view.GetWidth(), 20);
+    EXPECT_EQ(view.GetHeight(), 30);
+    EXPECT_EQ(view.GetDrawingBitmapSize()[0], 40);
+    EXPECT_EQ(view.GetDrawingBitmapSize()[1], 50);
+    EXPECT_TRUE(log.contains("LmView", "SetSize() - size invalid"));
+    EXPECT_TRUE(log.contains("LmView", "SetBitmapWidht() - width[-1] is invalid"));
+    EXPECT_TRUE(log.contains("LmView", "SetBitmapHeight() - height[-7] is invalid"));
+    for (const auto& line : log.lines()) EXPECT_EQ(line.priority, 6);
+
+    EXPECT_TRUE(view.SetSize(0, 0) && view.SetBitmapWidth(0) && view.SetBitmapHeight(0));
+    EXPECT_EQ(view.GetBitmapWidth() + view.GetBitmapHeight() + view.GetWidth(), 0);
+}
+
+TEST(ScriptLocales, EachScriptRunAsksForItsLocales)
+{
+    using Tags = std::vector<std::string>;
+    const std::pair<std::u16string, Tags> cases[] = {
+        // Common and inherited characters join their run; Latin needs nothing.
+        {u"Hello 123, world!", {}},
+        {u"cafe\u0301 \U0001F600", {}},  // combining mark, emoji
+        {u"\u0301", {}},                 // inherited alone ends as common
+        {u"1\u0645\u0631\u062D\u0628\u0627", {"und-Arab"}},  // the digit joins the Arabic run
+        {u"Hello \u4F60\u597D", {"zh-Hans", "zh-Hant"}},
+        {u"\u3072\u3089\u30AB", {"ja", "ja"}},  // hiragana, then a katakana run
+        {u"\uD55C\uAE00", {"ko"}},
+        {u"\u041F\u0440 \u05E9\u05DC \u03B1", {"und-Cyrl", "und-Hebr", "und-Grek"}},
+        {u"\u0645 abc \u0645", {"und-Arab", "und-Arab"}},  // repeats are kept
+        // Surrogates pair up or count as replacement characters.
+        {u"a\U00020000", {"zh-Hans", "zh-Hant"}},  // Han outside the basic plane
+        {std::u16string(u"\u0645") + char16_t(0xD800), {"und-Arab"}},
+        {std::u16string{char16_t(0xDC00), char16_t(0xD801), char16_t(0xDBFF)}, {}},
+        {std::u16string{char16_t(0xD840), u'\u05D0'}, {"und-Hebr"}},  // a lone high surrogate swallows nothing
+    };
+    for (size_t i = 0; i < std::size(cases); i++)
+        EXPECT_EQ(LmScriptLocales::Collect(cases[i].first.data(), (int)cases[i].first.size()), cases[i].second) << i;
+    EXPECT_EQ(LmScriptLocales::Collect(nullptr, 5), Tags{});
+}
+
+TEST(TextObjectLocales, SettingTextLoadsTheFallbackFamiliesItsScriptsNeed)
+{
+    freshFontManager(false);
+    auto* list = new List();
+    list->Construct();
+    std::vector<LmFontFamily*> families;
+    for (const char* tags : {"zh-Hans", "ja", "und-Arab"}) {
+        families.push_back(makeFamily(LmLocaleListRegistry::registerLocaleList(tags), 0, {kCjkPath}));
+        list->Add(families.back());
     }
+    ASSERT_TRUE(FontManager::GetInstance()->SetSystemFontFamilies(list));
+    auto loaded = [&] { return std::vector<int>{families[0]->loaded, families[1]->loaded, families[2]->loaded}; };
+
+    LmTextObject text;
+    ASSERT_EQ(text.Construct(), 1);
+    ASSERT_EQ(text.SetText(L"Latin only 42"), 1);
+    EXPECT_EQ(loaded(), (std::vector<int>{0, 0, 0}));
+    ASSERT_EQ(text.SetText(L"Hello \u4F60\u597D"), 1);
+    EXPECT_EQ(loaded(), (std::vector<int>{1, 0, 0}));
+    ASSERT_EQ(text.SetText(L"\xD800\xDC00\xDFFF"), 1);  // lone surrogates only
+    LmString arabic;
+    arabic.Construct(L"\u0645\u0631\u062D\u0628\u0627");
+    ASSERT_EQ(text.SetText(&arabic), 1);
+    EXPECT_EQ(loaded(), (std::vector<int>{1, 0, 1}));
+    freshFontManager(false);
 }

@@ -1,11 +1,7 @@
-#include "text/PlatformTestFonts.h"
+#include "text/TextTestSupport.h"
 
-#include "platform/LmAlphaCanvas.h"
+#include "platform/LmCanvas.h"
 #include "platform/LmLocaleListRegistry.h"
-#include "platform/LmPaint.h"
-#include "platform/LmSystemFonts.h"
-
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
@@ -16,6 +12,21 @@ using namespace LmFontEffect;
 using namespace LmTest;
 
 namespace {
+
+// An RGBA raster with its canvas; pixels read back as 0xRRGGBBAA (R, G, B, A in memory).
+struct Raster {
+    Raster(int w, int h) : w(w), px((size_t)w * h * 4, 0), canvas(px.data(), w, h) {}
+    uint32_t rgba(int x, int y) const
+    {
+        const unsigned char* p = &px[((size_t)y * w + x) * 4];
+        return (uint32_t)p[0] << 24 | p[1] << 16 | p[2] << 8 | p[3];
+    }
+    bool transparent(int x, int y) const { return (rgba(x, y) & 0xFF) == 0; }
+    bool blank() const { return std::all_of(px.begin(), px.end(), [](unsigned char c) { return c == 0; }); }
+    int w;
+    std::vector<unsigned char> px;
+    LmCanvas canvas;
+};
 
 // Total coverage of one glyph drawn at (x, y) into a w x h mask.
 long inkOf(const LmPlatformFont& font, uint32_t glyph, const LmGlyphStyle& style, std::vector<unsigned char>* mask,
@@ -29,14 +40,112 @@ long inkOf(const LmPlatformFont& font, uint32_t glyph, const LmGlyphStyle& style
     return sum;
 }
 
-LmGlyphStyle styleOf(float size)
-{
-    LmGlyphStyle s;
-    s.size = size;
-    return s;
-}
+LmGlyphStyle styleOf(float size) { return paintOf(size).glyphStyle(); }
 
 } // namespace
+
+TEST(PlatformCanvas, ClearAndOpaqueRectangleFill)
+{
+    Raster r(8, 6);
+    std::fill(r.px.begin(), r.px.end(), 0x5A);
+    r.canvas.clear();
+    EXPECT_TRUE(r.blank());
+
+    r.canvas.drawRect(1.0f, 2.0f, 4.0f, 5.0f, 0xFF102030u);
+    EXPECT_EQ(0x102030FFu, r.rgba(1, 2));
+    EXPECT_FALSE(r.transparent(3, 4));
+    EXPECT_TRUE(r.transparent(4, 4));  // right and bottom are exclusive
+    EXPECT_TRUE(r.transparent(3, 5));
+    EXPECT_TRUE(r.transparent(0, 2));
+
+    // Fractional edges take the pixels whose centres lie inside.
+    Raster f(8, 1);
+    f.canvas.drawRect(1.4f, 0.0f, 3.6f, 1.0f, 0xFFFFFFFFu);
+    EXPECT_TRUE(f.transparent(0, 0));
+    EXPECT_FALSE(f.transparent(1, 0));
+    EXPECT_FALSE(f.transparent(3, 0));
+    EXPECT_TRUE(f.transparent(4, 0));
+}
+
+TEST(PlatformCanvas, SourceOverOfUnpremultipliedColours)
+{
+    Raster r(1, 1);
+    r.canvas.drawRect(0, 0, 1, 1, 0xFF0000FFu);  // opaque blue
+    r.canvas.drawRect(0, 0, 1, 1, 0x80FF0000u);  // half red over it
+    // a = 128/255: red = 255a, blue = 255(1 - a); alpha stays opaque.
+    EXPECT_EQ(0x80007FFFu, r.rgba(0, 0));
+
+    // Over transparent, the colour is kept as it is with its own alpha.
+    Raster t(1, 1);
+    t.canvas.drawRect(0, 0, 1, 1, 0x40336699u);
+    EXPECT_EQ(0x33669940u, t.rgba(0, 0));
+    // Half over half: alpha 64 + 64 * 191 / 255 = 111.9.
+    t.canvas.drawRect(0, 0, 1, 1, 0x40336699u);
+    EXPECT_EQ(0x33u, t.rgba(0, 0) >> 24);
+    EXPECT_EQ(112u, t.rgba(0, 0) & 0xFF);
+    // Fully transparent paint changes nothing.
+    const uint32_t before = t.rgba(0, 0);
+    t.canvas.drawRect(0, 0, 1, 1, 0x00FFFFFFu);
+    EXPECT_EQ(before, t.rgba(0, 0));
+}
+
+TEST(PlatformCanvas, ClipIntersectsAndLimitsEveryDraw)
+{
+    Raster r(10, 10);
+    r.canvas.clipRect(2.0f, 3.0f, 8.0f, 9.0f);
+    r.canvas.clipRect(0.0f, 0.0f, 6.0f, 100.0f);
+    int clip[4];
+    r.canvas.getClip(&clip[0], &clip[1], &clip[2], &clip[3]);
+    EXPECT_EQ((std::vector<int>{2, 3, 6, 9}), std::vector<int>(clip, clip + 4));
+    r.canvas.drawRect(-100.0f, -100.0f, 100.0f, 100.0f, 0xFFFFFFFFu);
+    int painted = 0;
+    for (int y = 0; y < 10; y++)
+        for (int x = 0; x < 10; x++) painted += !r.transparent(x, y);
+    EXPECT_EQ(4 * 6, painted);
+    EXPECT_FALSE(r.transparent(2, 3));
+    EXPECT_FALSE(r.transparent(5, 8));
+
+    // A NaN edge empties the clip; huge edges saturate.
+    Raster n(4, 4);
+    n.canvas.clipRect(std::numeric_limits<float>::quiet_NaN(), 0, 4, 4);
+    n.canvas.drawRect(0, 0, 4, 4, 0xFFFFFFFFu);
+    EXPECT_TRUE(n.blank());
+    Raster h(4, 4);
+    h.canvas.clipRect(-1e30f, -1e30f, 1e30f, 1e30f);
+    h.canvas.drawRect(-1e30f, 0, std::numeric_limits<float>::infinity(), 1, 0xFFFFFFFFu);
+    h.canvas.drawRect(0, 0, std::numeric_limits<float>::quiet_NaN(), 4, 0xFFFFFFFFu);
+    EXPECT_FALSE(h.transparent(0, 0));
+    EXPECT_FALSE(h.transparent(3, 0));
+    EXPECT_TRUE(h.transparent(0, 1));
+}
+
+TEST(PlatformCanvas, ImageDrawAtIntegerOffsetsClipped)
+{
+    std::vector<unsigned char> img(3 * 2 * 4, 0);
+    for (int i = 0; i < 6; i++) {
+        img[i * 4 + 0] = (unsigned char)(10 * (i + 1));
+        img[i * 4 + 3] = 255;
+    }
+    Raster r(4, 4);
+    r.canvas.drawImage(img.data(), 3, 2, 2, 3);  // hangs off the right and bottom edges
+    EXPECT_EQ(0x0A0000FFu, r.rgba(2, 3));
+    EXPECT_EQ(0x140000FFu, r.rgba(3, 3));
+    EXPECT_TRUE(r.transparent(1, 3));
+    r.canvas.drawImage(img.data(), 3, 2, -2, -1);  // and off the left and top
+    EXPECT_EQ(0x3C0000FFu, r.rgba(0, 0));
+    EXPECT_TRUE(r.transparent(1, 0));
+    // Degenerate images and far offsets draw nothing.
+    Raster e(4, 4);
+    e.canvas.drawImage(nullptr, 3, 2, 0, 0);
+    e.canvas.drawImage(img.data(), -3, 2, 0, 0);
+    e.canvas.drawImage(img.data(), 3, 2, 2147483647, 0);
+    e.canvas.drawImage(img.data(), 3, 2, -2147483647 - 1, 0);
+    EXPECT_TRUE(e.blank());
+    LmCanvas none(nullptr, 5, 5);
+    none.clear();
+    none.drawRect(0, 0, 5, 5, 0xFFFFFFFFu);
+    EXPECT_EQ(0, none.width());
+}
 
 TEST(PlatformFont, LoadsFaceWithStyleAndMetrics)
 {
@@ -184,34 +293,31 @@ TEST(PlatformFont, DrawingClipsToTheCanvas)
 
 TEST(PlatformTypeface, ChoosesStyleAndSynthesisesWhatIsMissing)
 {
-    auto sans = loadFont(kSansPath);
-    auto bold = loadFont(kSansBoldPath);
-    auto oblique = loadFont(kSansObliquePath);
-    std::vector<LmStyledFont> members{LmStyledFont(sans, 400, false), LmStyledFont(bold, 700, false),
-                                      LmStyledFont(oblique, 400, true)};
-    auto full = std::make_shared<LmPlatformFamily>(0, 0, members, false);
-
-    auto tf = LmTypeface::createFromFamilies({full}, 700, false);
-    LmTypeface::FontChoice c = tf->chooseFont('A', 0);
-    EXPECT_EQ(bold, c.font);
-    EXPECT_FALSE(c.fakery.fakeBold);
-
-    tf = LmTypeface::createFromFamilies({full}, 400, true);
-    c = tf->chooseFont('A', 0);
-    EXPECT_EQ(oblique, c.font);
-    EXPECT_FALSE(c.fakery.fakeItalic);
-
-    // A family with only the regular face: bold and italic are synthesised.
-    tf = LmTypeface::createFromFamilies({familyOf(kSansPath)}, 700, true);
-    c = tf->chooseFont('A', 0);
-    EXPECT_EQ(sans, c.font);
-    EXPECT_TRUE(c.fakery.fakeBold);
-    EXPECT_TRUE(c.fakery.fakeItalic);
-
-    // Bold is synthesised only for a bold request at least 300 heavier than the face.
-    EXPECT_FALSE(LmTypeface::createFromFamilies({familyOf(kSansPath)}, 500, false)->chooseFont('A', 0).fakery.fakeBold);
-    EXPECT_FALSE(LmTypeface::createFromFamilies({familyOf(kSansPath, 500)}, 700, false)->chooseFont('A', 0).fakery.fakeBold);
-    EXPECT_TRUE(LmTypeface::createFromFamilies({familyOf(kSansPath, 300)}, 600, false)->chooseFont('A', 0).fakery.fakeBold);
+    auto sans = loadFont(kSansPath), bold = loadFont(kSansBoldPath), oblique = loadFont(kSansObliquePath);
+    auto full = std::make_shared<LmPlatformFamily>(
+        0, 0, std::vector<LmStyledFont>{{sans, 400, false}, {bold, 700, false}, {oblique, 400, true}}, false);
+    struct Case {
+        std::shared_ptr<LmPlatformFamily> family;
+        int weight;
+        bool italic;
+        std::shared_ptr<LmPlatformFont> font;
+        bool fakeBold, fakeItalic;
+    };
+    const Case cases[] = {
+        {full, 700, false, bold, false, false},
+        {full, 400, true, oblique, false, false},
+        {familyOf(kSansPath), 700, true, sans, true, true},  // only the regular face: both synthesised
+        // Bold is synthesised only for a bold request at least 300 heavier than the face.
+        {familyOf(kSansPath), 500, false, sans, false, false},
+        {familyOf(kSansPath, 500), 700, false, sans, false, false},
+        {familyOf(kSansPath, 300), 600, false, sans, true, false},
+    };
+    for (const Case& c : cases) {
+        LmTypeface::FontChoice choice = LmTypeface::createFromFamilies({c.family}, c.weight, c.italic)->chooseFont('A', 0);
+        EXPECT_EQ(c.font, choice.font) << c.weight << c.italic;
+        EXPECT_EQ(c.fakeBold, choice.fakery.fakeBold) << c.weight << c.italic;
+        EXPECT_EQ(c.fakeItalic, choice.fakery.fakeItalic) << c.weight << c.italic;
+    }
 }
 
 TEST(PlatformTypeface, FallsBackPerCharacterThroughTheFamilyList)

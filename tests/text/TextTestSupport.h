@@ -1,0 +1,194 @@
+#ifndef LMFONTEFFECT_TESTS_TEXT_TEXTTESTSUPPORT_H
+#define LMFONTEFFECT_TESTS_TEXT_TEXTTESTSUPPORT_H
+
+#include "foundation/List.h"
+#include "foundation/LmString.h"
+#include "platform/LmAlphaCanvas.h"
+#include "platform/LmLayoutUtils.h"
+#include "platform/LmPaint.h"
+#include "platform/LmPlatformFamily.h"
+#include "platform/LmPlatformFont.h"
+#include "platform/LmSystemFonts.h"
+#include "platform/LmTypeface.h"
+#include "text/FontEntry.h"
+#include "text/FontManager.h"
+#include "text/LmFontFamily.h"
+#include "text/LineInfo.h"
+#include "text/LmTextObject.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace LmTest {
+
+inline const char* const kSansPath = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
+inline const char* const kSansBoldPath = "/usr/share/fonts/truetype/dejavu/DejaVuSans-Bold.ttf";
+inline const char* const kSansObliquePath = "/usr/share/fonts/truetype/dejavu/DejaVuSans-Oblique.ttf";
+inline const char* const kSerifPath = "/usr/share/fonts/truetype/dejavu/DejaVuSerif.ttf";
+inline const char* const kCjkPath = "/usr/share/fonts/truetype/droid/DroidSansFallbackFull.ttf";
+
+inline std::vector<unsigned char> readFileBytes(const std::string& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    return std::vector<unsigned char>(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+// A new[] copy of the first n bytes, as callers hand buffers over to the font code.
+inline char* handOver(const std::vector<unsigned char>& bytes, size_t n)
+{
+    char* data = new char[n];
+    std::copy(bytes.begin(), bytes.begin() + n, data);
+    return data;
+}
+
+// Fonts borrow their bytes: the bytes of every file loaded here live for the whole test run.
+inline std::shared_ptr<LmFontEffect::LmPlatformFont> loadFont(const std::string& path)
+{
+    static std::map<std::string, std::vector<unsigned char>> files;
+    static std::map<std::string, std::shared_ptr<LmFontEffect::LmPlatformFont>> fonts;
+    auto it = fonts.find(path);
+    if (it != fonts.end()) return it->second;
+    std::vector<unsigned char>& bytes = files[path];
+    bytes = readFileBytes(path);
+    return fonts[path] = LmFontEffect::LmPlatformFont::MakeFromData(bytes.data(), bytes.size(), 0);
+}
+
+inline std::shared_ptr<LmFontEffect::LmPlatformFamily> familyOf(const std::string& path, int weight = 400,
+                                                                 bool italic = false)
+{
+    std::vector<LmFontEffect::LmStyledFont> fonts{LmFontEffect::LmStyledFont(loadFont(path), weight, italic)};
+    return std::make_shared<LmFontEffect::LmPlatformFamily>(0, 0, fonts, false);
+}
+
+// Sans (Latin, Greek, Cyrillic, Arabic, Hebrew) first, the CJK font as fallback.
+inline std::shared_ptr<LmFontEffect::LmTypeface> sansWithCjk()
+{
+    return LmFontEffect::LmTypeface::createFromFamilies({familyOf(kSansPath), familyOf(kCjkPath)}, 400, false);
+}
+
+inline const LmFontEffect::LmTypeface* sansOnly()
+{
+    static auto typeface = LmFontEffect::LmTypeface::createFromFamilies({familyOf(kSansPath)}, 400, false);
+    return typeface.get();
+}
+
+inline std::vector<uint16_t> utf16(const std::u16string& s) { return std::vector<uint16_t>(s.begin(), s.end()); }
+
+inline LmFontEffect::LmPaint paintOf(float size)
+{
+    LmFontEffect::LmPaint paint;
+    paint.setTextSize(size);
+    return paint;
+}
+
+// A pointer as the log lines print it.
+inline std::string ptr(const void* p)
+{
+    char text[32];
+    std::snprintf(text, sizeof text, "%p", p);
+    return text;
+}
+
+// A system family record as the bridge builds it, every font weight 500 and italic.
+inline LmFontEffect::LmFontFamily* makeFamily(uint32_t localeListId, int variant, std::vector<const char*> paths)
+{
+    auto* family = new LmFontEffect::LmFontFamily();
+    family->localeListId = localeListId;
+    family->variant = variant;
+    family->fonts = new LmFontEffect::List();
+    family->fonts->Construct();
+    for (const char* path : paths) {
+        auto* entry = new LmFontEffect::FontEntry();
+        entry->path = new LmFontEffect::LmString();
+        entry->path->Construct(path);
+        entry->weight = 500;
+        entry->italic = true;
+        family->fonts->Add(entry);
+    }
+    return family;
+}
+
+// Starts from an empty font registry, with or without the machine's fonts.
+inline void freshFontManager(bool systemFonts)
+{
+    LmFontEffect::FontManager* fm = LmFontEffect::FontManager::GetInstance();
+    fm->ClearFontMaps();
+    fm->ClearFontFamilies();
+    if (systemFonts) {
+        ASSERT_TRUE(LmFontEffect::LmSystemFonts::InstallSystemFonts());
+    }
+}
+
+// One line with a box of the font's ascent and descent at the paint's size, as the bridge builds it.
+inline LmFontEffect::LineInfo* newLine(int x, int baseline, int start, int end, int direction = 1)
+{
+    auto* line = new LmFontEffect::LineInfo();
+    line->x = x;
+    line->baseline = baseline;
+    line->start = start;
+    line->end = end;
+    line->direction = direction;
+    line->bounds = LmFontEffect::LmRect(x, baseline - 40, x, baseline + 12);
+    return line;
+}
+
+// As the bridge does: the caller's list is emptied without deleting what it held.
+inline void giveLines(LmFontEffect::LmTextObject& object, const std::vector<LmFontEffect::LineInfo*>& lines)
+{
+    LmFontEffect::List list;
+    list.Construct();
+    for (auto* line : lines) list.Add(line);
+    ASSERT_EQ(1, object.SetLineInfo(&list));
+    list.RemoveAll();
+}
+
+// The coverage of one line as font drawing should cut it: as wide as the advance, as high as
+// the ink, the ink's top-left corner at (0, 0). Drawn glyph by glyph, straight from the
+// layout, without the glyph-run machinery.
+struct LineMask {
+    int width = 0;
+    int height = 0;
+    int top = 0;  // ink top relative to the baseline
+    std::vector<unsigned char> pixels;
+    unsigned char at(int x, int y) const { return pixels[(size_t)y * width + x]; }
+};
+
+inline LineMask expectedLineMask(const std::u16string& text, size_t start, size_t end, float size,
+                                 int bidi = LmFontEffect::LmLayoutUtils::kBidiDefaultLTR,
+                                 const LmFontEffect::LmTypeface* typeface = sansOnly())
+{
+    const LmFontEffect::LmPaint paint = paintOf(size);
+    std::vector<uint16_t> units = utf16(text);
+    LmFontEffect::LmLayout layout = LmFontEffect::LmLayoutUtils::doLayout(
+        paint, bidi, typeface, units.data(), units.size(), start, end - start, 0, units.size());
+    LineMask m;
+    const LmFontEffect::LmGlyphBox& b = layout.getBounds();
+    m.width = (int)layout.getAdvance();
+    m.height = (int)(b.bottom - b.top);
+    m.top = (int)b.top;
+    m.pixels.assign((size_t)m.width * m.height, 0);
+    LmFontEffect::LmAlphaCanvas canvas(m.pixels.data(), m.width, m.height);
+    for (size_t i = 0; i < layout.nGlyphs(); i++) {
+        LmFontEffect::LmGlyphStyle style = paint.glyphStyle();
+        if (layout.getFakery(i).fakeBold) style.embolden = true;
+        if (layout.getFakery(i).fakeItalic) style.skewX -= 0.25f;
+        layout.getFont(i)->DrawGlyph(layout.getGlyphId(i), style, -b.left + layout.getX(i), -b.top + layout.getY(i),
+                                     &canvas);
+    }
+    return m;
+}
+
+// ARGB of an output pixel (the output is handed to Java as ARGB ints).
+inline uint32_t pixelAt(const uint32_t* pixels, int width, int x, int y) { return pixels[(size_t)y * width + x]; }
+
+} // namespace LmTest
+
+#endif
