@@ -97,18 +97,25 @@ inline void srcOver32(unsigned char* d, Rgba s)
         sat(((k * (d[2] + 1u)) >> 8) + s.b), sat(s.a + ((k * (d[3] + 1u)) >> 8)));
 }
 
-// Destination-over of a 32-bit pixel: the source goes under what the pixel holds.
-inline void dstOver32(unsigned char* d, Rgba s)
+// A premultiplied source under the pixel: copied onto a transparent pixel, otherwise each byte
+// b' = sat(b + ((255 - d) * (s + 1) >> 8)). Modes 2, 3 and 7 and the 32-bit destination-over share it.
+inline void under(unsigned char* d, Rgba s)
 {
-    unsigned da = d[3];
-    if (da >= 255 || s.a == 0) return;
+    const unsigned da = d[3];
     if (da == 0) {
         put(d, s.r, s.g, s.b, s.a);
         return;
     }
-    unsigned k = 255 - da;
+    const unsigned k = 255 - da;
     put(d, sat(d[0] + ((k * (s.r + 1)) >> 8)), sat(d[1] + ((k * (s.g + 1)) >> 8)),
         sat(d[2] + ((k * (s.b + 1)) >> 8)), sat(da + ((k * (s.a + 1)) >> 8)));
+}
+
+// Destination-over of a 32-bit pixel: opaque pixels and transparent sources are left alone.
+inline void dstOver32(unsigned char* d, Rgba s)
+{
+    if (d[3] >= 255 || s.a == 0) return;
+    under(d, s);
 }
 
 } // namespace
@@ -195,17 +202,8 @@ void LmBlender::blendDstOver8To32(int x, int y, const LmBitmap* dst, const unsig
 {
     const Rgba c = unpackArgb(colour);
     each8(x, y, dst, src, w, h, stride, 4, [&](unsigned char* d, unsigned m) {
-        unsigned da = d[3];
-        if (da >= 255 || m == 0) return;
-        unsigned sr = ((c.r + 1) * m) >> 8, sg = ((c.g + 1) * m) >> 8, sb = ((c.b + 1) * m) >> 8;
-        unsigned sa = ((c.a + 1) * m) >> 8;
-        if (da == 0) {
-            put(d, sr, sg, sb, sa);
-            return;
-        }
-        unsigned k = 255 - da;
-        put(d, sat(d[0] + (((1 + sr) * k) >> 8)), sat(d[1] + (((1 + sg) * k) >> 8)),
-            sat(d[2] + (((1 + sb) * k) >> 8)), sat(da + (((1 + sa) * k) >> 8)));
+        if (d[3] >= 255 || m == 0) return;
+        under(d, {((c.r + 1) * m) >> 8, ((c.g + 1) * m) >> 8, ((c.b + 1) * m) >> 8, ((c.a + 1) * m) >> 8});
     });
 }
 
@@ -215,15 +213,8 @@ void LmBlender::blendDstOver8To32NSA(int x, int y, const LmBitmap* dst, const un
 {
     const Rgba c = unpackArgb(colour);
     each8(x, y, dst, src, w, h, stride, 4, [&](unsigned char* d, unsigned m) {
-        unsigned da = d[3];
-        if (da >= 255 || m == 0) return;
-        if (da == 0) {
-            put(d, c.r, c.g, c.b, c.a);
-            return;
-        }
-        unsigned k = 255 - da;
-        put(d, sat(d[0] + (((c.r + 1) * k) >> 8)), sat(d[1] + (((c.g + 1) * k) >> 8)),
-            sat(d[2] + (((c.b + 1) * k) >> 8)), sat(da + (((c.a + 1) * k) >> 8)));
+        if (d[3] >= 255 || m == 0) return;
+        under(d, c);
     });
 }
 
@@ -243,9 +234,7 @@ void LmBlender::blendDstOverSA8To32(int x, int y, const LmBitmap* dst, const uns
             return;
         }
         if (m == 255) {
-            unsigned k = 255 - da;
-            for (int i = 0; i < 3; ++i) d[i] = (unsigned char)sat(d[i] + (((C[i] + 1) * k) >> 8));
-            d[3] = (unsigned char)sat(da + (((1 + sa) * k) >> 8));
+            under(d, {c.r, c.g, c.b, sa});
             return;
         }
         if (da == 255) {
