@@ -5,8 +5,8 @@
 #include "filters/LmOuterShadow.h"
 #include "filters/LmStroke.h"
 
-// The factory of the effect stack: one layer class per kind. Kinds without a class (9, 13 and
-// anything unknown) give null.
+// The effect stack's factory lives with the filters so that the stack never includes them: one
+// layer class per kind. Kinds without a class (9, 13 and anything unknown) give null.
 namespace LmFontEffect {
 
 LmECore* LmEffect::createEffect(int id, int kind)
