@@ -6,6 +6,8 @@
 #include "ToolError.h"
 #include "ValueParser.h"
 
+#include "LmVersion.h"
+
 #include <CLI/CLI.hpp>
 
 #include <cstdio>
@@ -132,6 +134,7 @@ int main(int argc, char** argv)
                "  lmtext showcase -o showcase.png\n"
                "  lmtext render -t Hello --stroke size=4,color=#000000,position=outside -o hello.png\n"
                "  lmtext render scene.json --key -o scene.png\n"
+               "  lmtext --version\n"
                "Exit codes: 0 done, 1 a file or render failed, 2 bad command line or scene.");
 
     RenderArgs args;
@@ -198,6 +201,10 @@ int main(int argc, char** argv)
     {
         std::string first = argv[1];
         bool help = first == "-h" || first == "--help";
+        if (first == "--version") {
+            std::cout << "lmtext " << LMEFFECT_VERSION_STRING << "\n";
+            return 0;
+        }
         if (!help && first != "render" && first != "showcase") {
             std::cerr << "lmtext: unknown " << (first[0] == '-' ? "option" : "command") << " '" << first
                       << "'; valid commands: render, showcase (and --help)\n";
