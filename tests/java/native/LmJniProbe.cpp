@@ -21,6 +21,14 @@ void Capture(int, const char* tag, const char* message, void*)
     gLog.append(tag).append(": ").append(message).append("\n");
 }
 
+std::string Chars(JNIEnv* env, jstring s)
+{
+    const char* chars = env->GetStringUTFChars(s, nullptr);
+    std::string out(chars);
+    env->ReleaseStringUTFChars(s, chars);
+    return out;
+}
+
 std::vector<jint> Ints(JNIEnv* env, jintArray a)
 {
     std::vector<jint> v((size_t)env->GetArrayLength(a));
@@ -110,14 +118,10 @@ JNIEXPORT jintArray JNICALL Java_com_zentrix_android_sdk_lme_NativeProbe_renderD
 {
     LmTextObject object;
     object.Construct();
-    const char* chars = env->GetStringUTFChars(jtext, nullptr);
     LmString text;
-    text.Construct(chars);
-    env->ReleaseStringUTFChars(jtext, chars);
+    text.Construct(Chars(env, jtext).c_str());
     object.SetText(&text);
-    const char* font = env->GetStringUTFChars(jfont, nullptr);
-    object.SetFont(font);
-    env->ReleaseStringUTFChars(jfont, font);
+    object.SetFont(Chars(env, jfont).c_str());
     LmPaint paint;
     paint.setTextSize(size);
     object.SetPaint(paint);

@@ -127,18 +127,4 @@ public class BridgeTest {
         int[] pixels = t.LmText_RenderTextEffect();
         assertEquals(0xFF0000FF, pixels[22 * 260 + 13]);  // inside the first line's box, above the glyphs
     }
-
-    @Test
-    public void effectsGrowTheBitmapUntilCleared() {
-        LmText t = NativeProbe.configured(5);
-        assertTrue(t.LmText_AddStrokeTextEffect(4, 0xFF000000, 1, 0, 1) >= 0);
-        int left = t.LmText_GetEffectLeftOffset();
-        assertTrue(left > 0);
-        int[] pixels = t.LmText_RenderTextEffect();
-        int[] size = t.LmText_GetDrawingBitmapSize();
-        assertEquals(260 + left + t.LmText_GetEffectRightOffset(), size[0]);
-        assertEquals(size[0] * size[1], pixels.length);
-        t.LmText_ClearAllTextEffect();
-        assertEquals(0, t.LmText_GetEffectLeftOffset());
-    }
 }

@@ -69,6 +69,8 @@ public class EndToEndTest {
             assertEquals(140 + t.LmText_GetEffectTopOffset() + t.LmText_GetEffectBottomOffset(), size[1]);
             assertEquals(size[0] * size[1], pixels.length);
             assertArrayEquals(expected, pixels);
+            t.LmText_ClearAllTextEffect();
+            assertEquals(0, t.LmText_GetEffectLeftOffset() + t.LmText_GetEffectTopOffset());
         }
         assertTrue("nothing drawn", java.util.Arrays.stream(expected).filter(p -> p != 0).count() > 1000);
     }
