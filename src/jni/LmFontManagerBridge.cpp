@@ -55,13 +55,13 @@ bool LookUpFamilyMethods(JNIEnv* env, FamilyMethods& m)
 {
     jclass family = LmJni::FindClass(env, "android/text/FontConfig$Family");
     jclass font = LmJni::FindClass(env, "android/text/FontConfig$Font");
-    const LmJni::MethodSpec familySpecs[] = {
+    const LmJni::MethodLookup familyLookups[] = {
         {"getName", "()Ljava/lang/String;", &m.getName},
         {"getFonts", "()[Landroid/text/FontConfig$Font;", &m.getFonts},
         {"getLanguages", "()Ljava/lang/String;", &m.getLanguages},
         {"getVariant", "()I", &m.getVariant},
     };
-    const LmJni::MethodSpec fontSpecs[] = {
+    const LmJni::MethodLookup fontLookups[] = {
         {"getFontName", "()Ljava/lang/String;", &m.getFontName},
         {"getTtcIndex", "()I", &m.getTtcIndex},
         {"getWeight", "()I", &m.getWeight},
@@ -69,8 +69,8 @@ bool LookUpFamilyMethods(JNIEnv* env, FamilyMethods& m)
         {"getFallbackFor", "()Ljava/lang/String;", &m.getFallbackFor},
     };
     const char* format = "Java function %s not found";
-    bool ok = LmJni::Methods(env, family, familySpecs, 4, kTag, format) &&
-              LmJni::Methods(env, font, fontSpecs, 5, kTag, format);
+    bool ok = LmJni::Methods(env, family, familyLookups, 4, kTag, format) &&
+              LmJni::Methods(env, font, fontLookups, 5, kTag, format);
     env->DeleteLocalRef(font);
     env->DeleteLocalRef(family);
     return ok;

@@ -32,12 +32,12 @@ jmethodID LmJni::Method(JNIEnv* env, jclass cls, const char* name, const char* s
     return id;
 }
 
-bool LmJni::Methods(JNIEnv* env, jclass cls, const MethodSpec* specs, int count, const char* tag, const char* format)
+bool LmJni::Methods(JNIEnv* env, jclass cls, const MethodLookup* lookups, int count, const char* tag, const char* format)
 {
     for (int i = 0; i < count; ++i) {
-        *specs[i].out = Method(env, cls, specs[i].name, specs[i].signature);
-        if (!*specs[i].out) {
-            LmLog::Print(LmLog::LM_PRIO_ERROR, tag, format, specs[i].name);
+        *lookups[i].out = Method(env, cls, lookups[i].name, lookups[i].signature);
+        if (!*lookups[i].out) {
+            LmLog::Print(LmLog::LM_PRIO_ERROR, tag, format, lookups[i].name);
             return false;
         }
     }

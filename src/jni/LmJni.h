@@ -11,7 +11,7 @@ class LmString;
 // exception pending clears it before returning, so no later JNI call runs with one pending.
 class LmJni {
 public:
-    struct MethodSpec {
+    struct MethodLookup {
         const char* name;
         const char* signature;
         jmethodID* out;
@@ -25,7 +25,7 @@ public:
     static jmethodID Method(JNIEnv* env, jclass cls, const char* name, const char* signature);
     // Looks every method up in order; at the first missing one logs `format` (with the
     // method's name) under `tag` at error priority and gives false.
-    static bool Methods(JNIEnv* env, jclass cls, const MethodSpec* specs, int count, const char* tag,
+    static bool Methods(JNIEnv* env, jclass cls, const MethodLookup* lookups, int count, const char* tag,
                         const char* format);
     // Finds the class and registers its natives; on success logs `done` at debug priority
     // and keeps a global reference in *keep (when keep is given and still empty). A missing

@@ -279,7 +279,7 @@ jboolean LmText_SetPaint(JNIEnv* env, jobject thiz, jobject jpaint)
     }
     LmJniLocalFrame frame(env, 16);
     jmethodID scaleX, skewX, spacing, elegant, flags, features, locales, align, color, size, fakeBold;
-    const LmJni::MethodSpec specs[] = {
+    const LmJni::MethodLookup lookups[] = {
         {"getTextScaleX", "()F", &scaleX},
         {"getTextSkewX", "()F", &skewX},
         {"getLetterSpacing", "()F", &spacing},
@@ -292,7 +292,7 @@ jboolean LmText_SetPaint(JNIEnv* env, jobject thiz, jobject jpaint)
         {"getTextSize", "()F", &size},
         {"isFakeBoldText", "()Z", &fakeBold},
     };
-    if (!LmJni::Methods(env, env->GetObjectClass(jpaint), specs, 11, kTag, "Java function %s not found"))
+    if (!LmJni::Methods(env, env->GetObjectClass(jpaint), lookups, 11, kTag, "Java function %s not found"))
         return JNI_FALSE;
     LmPaint paint;
     paint.setTextScaleX(LmJni::CallFloat(env, jpaint, scaleX));
@@ -323,7 +323,7 @@ jboolean LmText_SetView(JNIEnv* env, jobject thiz, jobject textView)
     LmJniLocalFrame frame(env, 16);
     jmethodID textSize, textColor, typeface, textDirection, layoutDirection, width, height;
     jmethodID padLeft, padRight, padTop, padBottom, gravity, maxLines;
-    const LmJni::MethodSpec specs[] = {
+    const LmJni::MethodLookup lookups[] = {
         {"getTextSize", "()F", &textSize},
         {"getCurrentTextColor", "()I", &textColor},
         {"getTypeface", "()Landroid/graphics/Typeface;", &typeface},
@@ -338,7 +338,7 @@ jboolean LmText_SetView(JNIEnv* env, jobject thiz, jobject textView)
         {"getGravity", "()I", &gravity},
         {"getMaxLines", "()I", &maxLines},
     };
-    if (!LmJni::Methods(env, env->GetObjectClass(textView), specs, 13, kTag, "LmText_SetView - Function %s not found"))
+    if (!LmJni::Methods(env, env->GetObjectClass(textView), lookups, 13, kTag, "LmText_SetView - Function %s not found"))
         return JNI_FALSE;
     view->gravity = LmJni::CallInt(env, textView, gravity);
     view->maxLines = LmJni::CallInt(env, textView, maxLines);
@@ -366,7 +366,7 @@ struct LayoutMethods {
 
 bool LookUpLayoutMethods(JNIEnv* env, jobject layout, LayoutMethods& m)
 {
-    const LmJni::MethodSpec specs[] = {
+    const LmJni::MethodLookup lookups[] = {
         {"getWidth", "()I", &m.width},
         {"getHeight", "()I", &m.height},
         {"getTopPadding", "()I", &m.topPadding},
@@ -389,7 +389,7 @@ bool LookUpLayoutMethods(JNIEnv* env, jobject layout, LayoutMethods& m)
         {"getLineWidth", "(I)F", &m.lineWidth},
         {"getText", "()Ljava/lang/CharSequence;", &m.text},
     };
-    return LmJni::Methods(env, env->GetObjectClass(layout), specs, 21, kTag, "LmText_SetLayout - Function %s not found");
+    return LmJni::Methods(env, env->GetObjectClass(layout), lookups, 21, kTag, "LmText_SetLayout - Function %s not found");
 }
 
 // The background colour of the text's spans: the last BackgroundColorSpan in span order.
