@@ -37,6 +37,10 @@ if(TARGET lmtext)
   install(TARGETS lmtext RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()
 
+if(TARGET lmeffect_java)
+  install_jar(lmeffect_java DESTINATION ${CMAKE_INSTALL_DATADIR}/java)
+endif()
+
 install(EXPORT lmeffectTargets NAMESPACE lmeffect::
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/lmeffect)
 configure_package_config_file(${CMAKE_CURRENT_SOURCE_DIR}/cmake/lmeffectConfig.cmake.in

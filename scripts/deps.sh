@@ -7,6 +7,7 @@ packages=(
   libharfbuzz-dev libfreetype-dev libicu-dev libfontconfig-dev libpng-dev
   libgtest-dev libbenchmark-dev libcli11-dev nlohmann-json3-dev
   fonts-dejavu-core fonts-droid-fallback
+  openjdk-17-jdk-headless junit4 libhamcrest-java
 )
 
 missing=()

@@ -72,4 +72,16 @@
 #include "platform/LmSystemFonts.h"
 #include "platform/LmTypeface.h"
 
+// The Java bridge, for callers that build with a JDK's or the NDK's jni.h.
+#if __has_include(<jni.h>)
+#include "jni/LmAssetReader.h"
+#include "jni/LmErrorBridge.h"
+#include "jni/LmFontManagerBridge.h"
+#include "jni/LmJni.h"
+#include "jni/LmJniLoad.h"
+#include "jni/LmJniLocalFrame.h"
+#include "jni/LmJniString.h"
+#include "jni/LmTextBridge.h"
+#endif
+
 #endif
