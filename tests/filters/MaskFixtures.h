@@ -5,10 +5,14 @@
 // run over a mask.
 
 #include "effect/LmECore.h"
+#include "effect/LmInnerGlowProperty.h"
 #include "effect/LmInnerShadowProperty.h"
+#include "effect/LmOuterGlowProperty.h"
 #include "effect/LmOuterShadowProperty.h"
 #include "effect/LmStrokeProperty.h"
+#include "filters/LmInnerGlow.h"
 #include "filters/LmInnerShadow.h"
+#include "filters/LmOuterGlow.h"
 #include "filters/LmOuterShadow.h"
 #include "filters/LmStroke.h"
 #include "raster/LmBitmap.h"
@@ -157,6 +161,17 @@ inline std::unique_ptr<LmOuterShadow> outerOf(float angle, float distance, float
 inline std::unique_ptr<LmInnerShadow> innerOf(float angle, float distance, float size)
 {
     return layerWith<LmInnerShadow>(LmInnerShadowProperty(angle, distance, size, 0xFFFFFFFF, 1));
+}
+// A glow layer of either kind (3 outer, 4 inner) with a copy of the stops.
+inline std::unique_ptr<LmGlow> glowOf(int kind, float size, unsigned colour = 0xFFFFFFFF,
+                                      std::vector<LmGradient> stops = {})
+{
+    LmOuterGlowProperty p(size, colour, 1, (int)stops.size(), stops.empty() ? nullptr : stops.data());
+    std::unique_ptr<LmGlow> layer;
+    if (kind == 3) layer = std::make_unique<LmOuterGlow>();
+    else layer = std::make_unique<LmInnerGlow>();
+    layer->setProperty(&p);
+    return layer;
 }
 
 } // namespace LmTest
