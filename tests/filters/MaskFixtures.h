@@ -5,7 +5,6 @@
 // run over a mask.
 
 #include "effect/LmECore.h"
-#include "effect/LmInnerGlowProperty.h"
 #include "effect/LmInnerShadowProperty.h"
 #include "effect/LmOuterGlowProperty.h"
 #include "effect/LmOuterShadowProperty.h"
@@ -163,13 +162,10 @@ inline std::unique_ptr<LmInnerShadow> innerOf(float angle, float distance, float
     return layerWith<LmInnerShadow>(LmInnerShadowProperty(angle, distance, size, 0xFFFFFFFF, 1));
 }
 // A glow layer of either kind (3 outer, 4 inner) with a copy of the stops.
-inline std::unique_ptr<LmGlow> glowOf(int kind, float size, unsigned colour = 0xFFFFFFFF,
-                                      std::vector<LmGradient> stops = {})
+inline std::unique_ptr<LmGlow> glowOf(int kind, float size, unsigned colour = 0xFFFFFFFF, std::vector<LmGradient> stops = {})
 {
+    std::unique_ptr<LmGlow> layer(kind == 3 ? (LmGlow*)new LmOuterGlow() : new LmInnerGlow());
     LmOuterGlowProperty p(size, colour, 1, (int)stops.size(), stops.empty() ? nullptr : stops.data());
-    std::unique_ptr<LmGlow> layer;
-    if (kind == 3) layer = std::make_unique<LmOuterGlow>();
-    else layer = std::make_unique<LmInnerGlow>();
     layer->setProperty(&p);
     return layer;
 }
