@@ -1,12 +1,16 @@
-// Times the stroke, outer shadow and inner shadow over a text-like 1024 x 256 mask: each
-// filter's doPostProcessing alone, and a whole effect pass with all three.
+// Times the filters over a text-like 1024 x 256 mask: each filter's doPostProcessing alone,
+// and a whole effect pass with the stroke and both shadows.
 #include "effect/LmECore.h"
 #include "effect/LmEffect.h"
 #include "effect/LmGlyph.h"
+#include "effect/LmInnerGlowProperty.h"
 #include "effect/LmInnerShadowProperty.h"
+#include "effect/LmOuterGlowProperty.h"
 #include "effect/LmOuterShadowProperty.h"
 #include "effect/LmStrokeProperty.h"
+#include "filters/LmInnerGlow.h"
 #include "filters/LmInnerShadow.h"
+#include "filters/LmOuterGlow.h"
 #include "filters/LmOuterShadow.h"
 #include "filters/LmStroke.h"
 #include "raster/LmBitmap.h"
@@ -176,3 +180,29 @@ BENCHMARK(BM_StrokeInside) LM_FILTER_SIZES;
 BENCHMARK(BM_OuterShadow) LM_FILTER_SIZES;
 BENCHMARK(BM_InnerShadow) LM_FILTER_SIZES;
 BENCHMARK(BM_WholePass) LM_FILTER_SIZES;
+
+namespace {
+
+// The glows with a three-stop ramp, so that the colour table walks its stops.
+template <class Layer, class Record> void glowAt(benchmark::State& state)
+{
+    LmGradient stops[3];
+    const unsigned colours[3] = {0xFFFFE060, 0xFFFF6020, 0xFF8010A0};
+    for (int i = 0; i < 3; ++i) {
+        stops[i].colour = colours[i];
+        stops[i].opacity = 1.0f;
+        stops[i].position = i * 0.5f;
+    }
+    Layer glow;
+    Record p((float)state.range(0), 0xFFFFC000, 1.0f, 3, stops);
+    glow.setProperty(&p);
+    runFilter(state, glow);
+}
+
+void BM_OuterGlow(benchmark::State& state) { glowAt<LmOuterGlow, LmOuterGlowProperty>(state); }
+void BM_InnerGlow(benchmark::State& state) { glowAt<LmInnerGlow, LmInnerGlowProperty>(state); }
+
+} // namespace
+
+BENCHMARK(BM_OuterGlow) LM_FILTER_SIZES;
+BENCHMARK(BM_InnerGlow) LM_FILTER_SIZES;

@@ -40,8 +40,11 @@
 #include "effect/LmTextProperty.h"
 
 #include "filters/LmGaussianBlur.h"
+#include "filters/LmGlow.h"
+#include "filters/LmInnerGlow.h"
 #include "filters/LmInnerShadow.h"
 #include "filters/LmMaskBox.h"
+#include "filters/LmOuterGlow.h"
 #include "filters/LmOuterShadow.h"
 #include "filters/LmStroke.h"
 

@@ -1,7 +1,9 @@
 #include "effect/LmEffect.h"
 
 #include "effect/LmText.h"
+#include "filters/LmInnerGlow.h"
 #include "filters/LmInnerShadow.h"
+#include "filters/LmOuterGlow.h"
 #include "filters/LmOuterShadow.h"
 #include "filters/LmStroke.h"
 
@@ -15,6 +17,8 @@ LmECore* LmEffect::createEffect(int id, int kind)
     switch (kind) {
     case LM_EFFECT_OUTER_SHADOW: layer = new LmOuterShadow(); break;
     case LM_EFFECT_INNER_SHADOW: layer = new LmInnerShadow(); break;
+    case LM_EFFECT_OUTER_GLOW: layer = new LmOuterGlow(); break;
+    case LM_EFFECT_INNER_GLOW: layer = new LmInnerGlow(); break;
     case LM_EFFECT_STROKE: layer = new LmStroke(); break;
     case LM_EFFECT_TEXT: layer = new LmText(); break;
     default: return nullptr;

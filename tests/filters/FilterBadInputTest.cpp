@@ -1,4 +1,4 @@
-// Degenerate input for the three mask filters: each case draws what the arithmetic gives or
+// Degenerate input for the mask filters: each case draws what the arithmetic gives or
 // nothing, and never touches memory outside a buffer (the sanitizer build checks that).
 #include "filters/MaskFixtures.h"
 
@@ -17,7 +17,7 @@ const float kNaN = std::nanf(""), kInf = INFINITY;
 
 struct Setting {
     const char* name;
-    int kind; // 1 outer shadow, 2 inner shadow, 10 stroke
+    int kind; // 1 outer shadow, 2 inner shadow, 3 outer glow, 4 inner glow, 10 stroke
     float angle, distance, size;
     int position;
     bool givesUp; // the size is absurd: nothing is drawn
@@ -27,6 +27,7 @@ std::unique_ptr<LmECore> layerOf(const Setting& s)
 {
     if (s.kind == 1) return LmTest::outerOf(s.angle, s.distance, s.size);
     if (s.kind == 2) return LmTest::innerOf(s.angle, s.distance, s.size);
+    if (s.kind == 3 || s.kind == 4) return LmTest::glowOf(s.kind, s.size);
     return LmTest::strokeOf(s.size, s.position);
 }
 
@@ -106,6 +107,12 @@ INSTANTIATE_TEST_SUITE_P(AllFilters, FilterBadInput,
                                            Setting{"inner_angle_far", 2, 1e30f, 5, 3, 0, false},
                                            Setting{"inner_distance_huge", 2, 30, -1e9f, 3, 0, false},
                                            Setting{"inner_distance_nan", 2, 30, kNaN, 3, 0, false},
+                                           Setting{"outer_glow_size_negative", 3, 0, 0, -7, 0, true},
+                                           Setting{"outer_glow_size_huge", 3, 0, 0, 1e9f, 0, true},
+                                           Setting{"outer_glow_size_max", 3, 0, 0, 100, 0, false},
+                                           Setting{"inner_glow_size_nan", 4, 0, 0, kNaN, 0, false},
+                                           Setting{"inner_glow_size_empty_path", 4, 0, 0, -1, 0, false},
+                                           Setting{"inner_glow_size_inf", 4, 0, 0, kInf, 0, true},
                                            Setting{"stroke_centre", 10, 0, 0, 5, 0, false},
                                            Setting{"stroke_outside_max", 10, 0, 0, 100, 1, false},
                                            Setting{"stroke_inside_max", 10, 0, 0, 100, 2, false},

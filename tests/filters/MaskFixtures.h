@@ -6,9 +6,12 @@
 
 #include "effect/LmECore.h"
 #include "effect/LmInnerShadowProperty.h"
+#include "effect/LmOuterGlowProperty.h"
 #include "effect/LmOuterShadowProperty.h"
 #include "effect/LmStrokeProperty.h"
+#include "filters/LmInnerGlow.h"
 #include "filters/LmInnerShadow.h"
+#include "filters/LmOuterGlow.h"
 #include "filters/LmOuterShadow.h"
 #include "filters/LmStroke.h"
 #include "raster/LmBitmap.h"
@@ -157,6 +160,14 @@ inline std::unique_ptr<LmOuterShadow> outerOf(float angle, float distance, float
 inline std::unique_ptr<LmInnerShadow> innerOf(float angle, float distance, float size)
 {
     return layerWith<LmInnerShadow>(LmInnerShadowProperty(angle, distance, size, 0xFFFFFFFF, 1));
+}
+// A glow layer of either kind (3 outer, 4 inner) with a copy of the stops.
+inline std::unique_ptr<LmGlow> glowOf(int kind, float size, unsigned colour = 0xFFFFFFFF, std::vector<LmGradient> stops = {})
+{
+    std::unique_ptr<LmGlow> layer(kind == 3 ? (LmGlow*)new LmOuterGlow() : new LmInnerGlow());
+    LmOuterGlowProperty p(size, colour, 1, (int)stops.size(), stops.empty() ? nullptr : stops.data());
+    layer->setProperty(&p);
+    return layer;
 }
 
 } // namespace LmTest

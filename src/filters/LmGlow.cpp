@@ -1,0 +1,223 @@
+#include "filters/LmGlow.h"
+
+#include "filters/LmGaussianBlur.h"
+#include "filters/LmMaskBox.h"
+#include "foundation/LmConvert.h"
+#include "raster/LmBitmap.h"
+#include "raster/LmBlender.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+namespace LmFontEffect {
+
+namespace {
+
+// w/256 of c1 and (256 - w)/256 of c0, two channels at a time.
+unsigned blendPair(unsigned c0, unsigned c1, unsigned w)
+{
+    const unsigned rb = ((w * (c1 & 0x00FF00FFu) + (256 - w) * (c0 & 0x00FF00FFu)) >> 8) & 0x00FF00FFu;
+    const unsigned ag = (w * ((c1 >> 8) & 0x00FF00FFu) + (256 - w) * ((c0 >> 8) & 0x00FF00FFu)) & 0xFF00FF00u;
+    return rb + ag;
+}
+
+float curveOf(float t, int curve)
+{
+    if (curve == 1) return sqrtf(t);
+    if (curve == 2) return t * t;
+    return t;
+}
+
+// Colour channels scaled by the entry's own alpha, (ch + 1) * A >> 8.
+unsigned premultiplied(unsigned c)
+{
+    const unsigned a = c >> 24;
+    auto ch = [a](unsigned v) { return (((v & 0xFF) + 1) * a) >> 8; };
+    return (a << 24) | (ch(c >> 16) << 16) | (ch(c >> 8) << 8) | ch(c);
+}
+
+} // namespace
+
+LmGlow::~LmGlow() { release(); }
+
+void LmGlow::release()
+{
+    if (property) property->stops = nullptr;
+    delete property;
+    property = nullptr;
+    stops.reset();
+}
+
+std::unique_ptr<LmGradient[]> LmGlow::copyStops(const LmGlowProperty& g, int* count)
+{
+    *count = 0;
+    if (!g.stops || g.stopCount <= 0) return nullptr;
+    if ((int64_t)g.stopCount > LmMaskBox::kMaxBytes / (int64_t)sizeof(LmGradient)) {
+        *count = -1;
+        return nullptr;
+    }
+    std::unique_ptr<LmGradient[]> copy(new (std::nothrow) LmGradient[(size_t)g.stopCount]);
+    if (!copy) {
+        *count = -1;
+        return nullptr;
+    }
+    std::copy(g.stops, g.stops + g.stopCount, copy.get());
+    *count = g.stopCount;
+    return copy;
+}
+
+LmProperty* LmGlow::getProperty() { return property; }
+
+int LmGlow::getOffset() { return property ? lmToInt(property->size + 0.5f) : 0; }
+
+void LmGlow::makeColorLUT(unsigned int* table, float range, int curve) const
+{
+    if (!table) return;
+    std::memset(table, 0, sizeof(unsigned) * kTableSize);
+    if (!property || property->size == 0.0f) return;
+
+    const int count = property->stops ? std::max(property->stopCount, 0) : 0;
+    const LmGradient* s = property->stops;
+    if (count < 2) {
+        std::fill(table, table + kTableSize, count == 0 ? property->colour : s[0].colour);
+    } else {
+        table[0] = s[0].colour;
+        table[256] = s[count - 1].colour;
+        // The first segment starts at 0, not at the first stop's position.
+        float p0 = 0.0f, p1 = s[1].position;
+        float len = p1 - 0.0f;
+        unsigned c0 = s[0].colour, c1 = s[1].colour;
+        int at = 0;
+        for (int i = 1; i < 256; ++i) {
+            const float t = i * 0.00390625;
+            const float u = curveOf(t, curve);
+            // At most one stop per entry, even when u has passed several.
+            if (p1 < u) {
+                if (at + 2 < count) {
+                    p0 = p1;
+                    p1 = s[at + 2].position;
+                    len = p1 - p0;
+                    c0 = c1;
+                    c1 = s[at + 2].colour;
+                    ++at;
+                } else {
+                    c0 = c1 = s[count - 1].colour;
+                }
+            }
+            const int w = lmToInt((u - p0) / len * 256.0);
+            table[i] = w < 1 ? c0 : w > 255 ? c1 : blendPair(c0, c1, (unsigned)w);
+        }
+    }
+
+    float r = range;
+    if (r >= 1.0) r = 0.99f;
+    if (r <= 0.0) r = 0.01f;
+    const int k = lmToInt((double)r * 256.0);
+    if (k > 256) return;
+    for (int j = k; j <= 256; ++j) {
+        const int f = lmToInt((256.0f - j) * 256.0f / (256.0f - k));
+        const unsigned a = ((unsigned)f * (table[j] >> 24)) >> 8;
+        table[j] = (table[j] & 0x00FFFFFFu) | (a << 24);
+    }
+    table[256] = 0;
+}
+
+void LmGlow::increaseByBoxFilter(unsigned char* image, int passes, int width, int height)
+{
+    if (!image || width < 1 || height < 1) return;
+    LmMaskBox::Block<unsigned char> prevRow = LmMaskBox::allocate<unsigned char>(width, false);
+    LmMaskBox::Block<unsigned char> nextRow = LmMaskBox::allocate<unsigned char>(width, true);
+    if (!prevRow || !nextRow) return;
+    unsigned char* prev = prevRow.get();
+    unsigned char* next = nextRow.get();
+    const size_t stride = (size_t)width;
+    for (int pass = 0; pass < passes; ++pass) {
+        std::memcpy(prev, image, stride);
+        for (int y = 1; y < height - 1; ++y) {
+            unsigned char* row = image + (size_t)y * stride;
+            const unsigned char* below = row + stride;
+            if (width >= 3) {
+                // Column sums slide along the row: three per output byte.
+                int left = prev[0] + row[0] + below[0];
+                int mid = prev[1] + row[1] + below[1];
+                for (int x = 1; x < width - 1; ++x) {
+                    const int right = prev[x + 1] + row[x + 1] + below[x + 1];
+                    next[x] = (unsigned char)std::min((left + mid + right) >> 2, 255);
+                    left = mid;
+                    mid = right;
+                }
+            }
+            std::memcpy(prev, row, stride);
+            std::memcpy(row, next, stride);
+        }
+    }
+}
+
+int LmGlow::drawGlow(ParamPostProcessing* pp, bool inner)
+{
+    LmMaskBox box;
+    if (!property || !box.take(pp) || box.width() == 0 || box.height() == 0) return 0;
+    const int n = lmToInt(property->size);
+    if (n > kMaxSize || n < -1) return 0;
+    const int64_t G = (int64_t)n + 1;
+    const int64_t M = 2 * G, W = box.width() + 4 * G, H = box.height() + 4 * G;
+    LmMaskBox::Block<unsigned> out = LmMaskBox::allocate<unsigned>(W * H, true);
+    if (!out) return 0;
+    if (G == 0) {
+        // A size in (-2, -1]: an empty image, drawn all the same.
+        LmBlender::drawBitmapBlend32(box.left, box.top, box.target, out.get(), (int)W, (int)H, (int)W,
+                                     LME_BLEND_DST_OVER);
+        return 1;
+    }
+    unsigned table[kTableSize];
+    makeColorLUT(table, 0.3f, 0);
+    for (unsigned& c : table) c = premultiplied(c);
+
+    // The padded mask: the inner glow works on its inverse, 255 wherever there is no ink.
+    LmMaskBox::Block<unsigned char> padded = LmMaskBox::allocate<unsigned char>(W * H, !inner);
+    if (!padded) return 0;
+    unsigned char* P = padded.get();
+    if (inner) {
+        std::memset(P, 255, (size_t)(W * H));
+        for (int i = 0; i < box.height(); ++i) {
+            const unsigned char* m = box.row(i);
+            unsigned char* d = P + (M + i) * W + M;
+            for (int x = 0; x < box.width(); ++x) d[x] = (unsigned char)(255 - m[x]);
+        }
+    } else {
+        box.copyTo(P, W, M, M);
+    }
+    increaseByBoxFilter(P, std::max(lmToInt((double)G * 0.4750000089406967), 1), (int)W, (int)H);
+
+    const int R = std::max(lmToInt((double)(float)G * 0.9), 0);
+    LmMaskBox::Block<int> weights = LmMaskBox::allocate<int>(R + 1, false);
+    LmMaskBox::Block<unsigned char> tmp = LmMaskBox::allocate<unsigned char>(W, true);
+    LmMaskBox::Block<unsigned char> values = LmMaskBox::allocate<unsigned char>(W, false);
+    if (!weights || !tmp || !values) return 0;
+    int sum = 0;
+    LmGaussianBlur::computeGaussianWeights(weights.get(), &sum, R, kBlurScale);
+
+    // (255 * sum - taps of P) / sum is the plain blur of 255 - P, and the inner glow's
+    // horizontal pass, inverse again, is the plain blur of 255 - tmp with tmp's 255 frame as 0.
+    // So both glows run the ordinary blur, the inner one on inverted bytes.
+    if (inner) {
+        for (int64_t i = 0; i < W * H; ++i) P[i] = (unsigned char)(255 - P[i]);
+        // The frame, R pixels deep, stays opaque white.
+        std::fill(out.get(), out.get() + W * H, 0xFFFFFFFFu);
+    }
+    const int w = (int)W;
+    for (int64_t y = R; y < H - R; ++y) {
+        LmGaussianBlur::verticalRow(P, w, (int)y, R, w - R, weights.get(), sum, R, tmp.get());
+        if (inner)
+            for (int x = R; x < w - R; ++x) tmp[x] = (unsigned char)(255 - tmp[x]);
+        LmGaussianBlur::horizontalRow(tmp.get(), R, w - R, weights.get(), sum, R, values.get());
+        unsigned* o = out.get() + y * W;
+        for (int x = R; x < w - R; ++x) o[x] = table[256 - values[x]];
+    }
+    LmBlender::drawBitmapBlend32((int)(box.left - M), (int)(box.top - M), box.target, out.get(), w, (int)H, w,
+                                 LME_BLEND_DST_OVER);
+    return 1;
+}
+
+} // namespace LmFontEffect
