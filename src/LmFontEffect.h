@@ -39,10 +39,13 @@
 #include "effect/LmText.h"
 #include "effect/LmTextProperty.h"
 
+#include "filters/LmBevel.h"
+#include "filters/LmEmboss.h"
 #include "filters/LmGaussianBlur.h"
 #include "filters/LmInnerShadow.h"
 #include "filters/LmMaskBox.h"
 #include "filters/LmOuterShadow.h"
+#include "filters/LmRelief.h"
 #include "filters/LmStroke.h"
 
 #include "text/FontEntry.h"

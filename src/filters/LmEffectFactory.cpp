@@ -1,6 +1,8 @@
 #include "effect/LmEffect.h"
 
 #include "effect/LmText.h"
+#include "filters/LmBevel.h"
+#include "filters/LmEmboss.h"
 #include "filters/LmInnerShadow.h"
 #include "filters/LmOuterShadow.h"
 #include "filters/LmStroke.h"
@@ -15,6 +17,8 @@ LmECore* LmEffect::createEffect(int id, int kind)
     switch (kind) {
     case LM_EFFECT_OUTER_SHADOW: layer = new LmOuterShadow(); break;
     case LM_EFFECT_INNER_SHADOW: layer = new LmInnerShadow(); break;
+    case LM_EFFECT_BEVEL: layer = new LmBevel(); break;
+    case LM_EFFECT_EMBOSS: layer = new LmEmboss(); break;
     case LM_EFFECT_STROKE: layer = new LmStroke(); break;
     case LM_EFFECT_TEXT: layer = new LmText(); break;
     default: return nullptr;
