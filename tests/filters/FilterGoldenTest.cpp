@@ -6,10 +6,8 @@
 //   LM_UPDATE_GOLDEN=1 ./build/tests/test_filters --gtest_filter='*FilterGolden*'
 // (from the repository root, with build/ being any build folder), look at the new PNGs, and
 // commit them with the change.
-#include "filters/MaskFixtures.h"
+#include "filters/EffectPass.h"
 
-#include "effect/LmEffect.h"
-#include "effect/LmGlyph.h"
 #include "raster/LmBitmap.h"
 #include "support/GoldenImage.h"
 
@@ -83,26 +81,11 @@ class FilterGolden : public ::testing::TestWithParam<GoldenCase> {};
 TEST_P(FilterGolden, MatchesTheStoredImage)
 {
     const GoldenCase& c = GetParam();
-    const Mask mask = c.mask();
     LmEffect stack;
     c.addLayers(stack);
-    stack.addText(0xFFFFFFFF);
-
-    const int left = stack.getLeftOffset(), top = stack.getTopOffset();
-    const unsigned width = mask.width + left + stack.getRightOffset();
-    const unsigned height = mask.height + top + stack.getBottomOffset();
-    LmBitmap image(width, height, 4);
-    stack.initEffect((int)width, (int)height);
-    stack.setDstBitmap(&image);
-    LmGlyph glyph;
-    glyph.pixels = const_cast<unsigned char*>(mask.pixels.data());
-    glyph.width = (uint16_t)mask.width;
-    glyph.height = (uint16_t)mask.height;
-    stack.renderEffectLayer(left, top, &glyph);
-    stack.doEffectPostProcessing();
-    stack.compositeLayers(&image);
-    ASSERT_NE(image.pixels, nullptr);
-    EXPECT_TRUE(LmTest::GoldenImage::matches(c.name, image.width, image.height, image.pixels));
+    std::unique_ptr<LmBitmap> image = LmTest::renderPass(stack, c.mask());
+    ASSERT_NE(image->pixels, nullptr);
+    EXPECT_TRUE(LmTest::GoldenImage::matches(c.name, image->width, image->height, image->pixels));
 }
 
 INSTANTIATE_TEST_SUITE_P(Passes, FilterGolden, ::testing::ValuesIn(kCases),
