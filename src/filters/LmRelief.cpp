@@ -74,7 +74,9 @@ bool sourceSpans(const LmRelief::SearchArgs& a, LmMaskBox::Block<int>* first, Lm
 }
 
 // The bevel's and the emboss's outer search: cells accepted by `takes` move down to the
-// smallest candidate(n, d) over neighbours n < 1 within the reach.
+// smallest candidate(n, d) over neighbours n < 1 within the reach. Every candidate is at least
+// d, and d at least the row and column distances, so the window is walked outward from the
+// cell and left as soon as those pass c: the minimum, and so the result, is the same.
 template <class Takes, class Candidate> int outwardSearch(void* args, Takes takes, Candidate candidate)
 {
     const LmRelief::SearchArgs* a = static_cast<const LmRelief::SearchArgs*>(args);
@@ -90,16 +92,23 @@ template <class Takes, class Candidate> int outwardSearch(void* args, Takes take
             if (!takes(c)) continue;
             int x0, x1;
             window(x, a->reach, a->width, &x0, &x1);
-            for (int yy = y0; yy < y1; ++yy) {
-                const int from = std::max(x0, first[yy]), to = std::min(x1 - 1, last[yy]);
+            auto visit = [&](int yy) {
                 const float* row = a->map + yy * W;
                 const int64_t dy2 = (int64_t)(yy - y) * (yy - y);
-                for (int xx = from; xx <= to; ++xx) {
+                auto take = [&](int xx) {
                     const float n = row[xx];
-                    if (!(n < 1.0f)) continue;
+                    if (!(n < 1.0f)) return;
                     const float k = candidate(n, LmRelief::rootOf(dy2 + (int64_t)(xx - x) * (xx - x)));
                     if (k < c) c = k;
-                }
+                };
+                for (int xx = std::max(x, first[yy]); xx <= std::min(x1 - 1, last[yy]) && (float)(xx - x) < c; ++xx)
+                    take(xx);
+                for (int xx = std::min(x - 1, last[yy]); xx >= std::max(x0, first[yy]) && (float)(x - xx) < c; --xx)
+                    take(xx);
+            };
+            for (int dy = 0; (float)dy < c && (y + dy < y1 || y - dy >= y0); ++dy) {
+                if (y + dy < y1) visit(y + dy);
+                if (dy > 0 && y - dy >= y0) visit(y - dy);
             }
         }
     }
