@@ -1,13 +1,17 @@
 // Times the filters over a text-like 1024 x 256 mask: each filter's doPostProcessing alone,
 // and a whole effect pass with the stroke and both shadows.
+#include "effect/LmBevelProperty.h"
 #include "effect/LmECore.h"
 #include "effect/LmEffect.h"
+#include "effect/LmEmbossProperty.h"
 #include "effect/LmGlyph.h"
 #include "effect/LmInnerGlowProperty.h"
 #include "effect/LmInnerShadowProperty.h"
 #include "effect/LmOuterGlowProperty.h"
 #include "effect/LmOuterShadowProperty.h"
 #include "effect/LmStrokeProperty.h"
+#include "filters/LmBevel.h"
+#include "filters/LmEmboss.h"
 #include "filters/LmInnerGlow.h"
 #include "filters/LmInnerShadow.h"
 #include "filters/LmOuterGlow.h"
@@ -206,3 +210,26 @@ void BM_InnerGlow(benchmark::State& state) { glowAt<LmInnerGlow, LmInnerGlowProp
 
 BENCHMARK(BM_OuterGlow) LM_FILTER_SIZES;
 BENCHMARK(BM_InnerGlow) LM_FILTER_SIZES;
+// Bevel and emboss: the tool's default looks (inside bevel, plain emboss), light at 120 / 30.
+namespace {
+
+template <class Layer, class Record> void reliefAt(benchmark::State& state, int style, int technique)
+{
+    Layer layer;
+    Record p(style, (float)state.range(0), 3, 1, technique, 0, 1, 120, 30, 0xBF000000, 0.75f, 0xBFFFFFFF, 0.75f);
+    layer.setProperty(&p);
+    runFilter(state, layer);
+}
+
+void BM_BevelChiselled(benchmark::State& state) { reliefAt<LmBevel, LmBevelProperty>(state, 1, 1); }
+void BM_BevelSmooth(benchmark::State& state) { reliefAt<LmBevel, LmBevelProperty>(state, 1, 0); }
+void BM_EmbossChiselled(benchmark::State& state) { reliefAt<LmEmboss, LmEmbossProperty>(state, 0, 1); }
+void BM_EmbossSmooth(benchmark::State& state) { reliefAt<LmEmboss, LmEmbossProperty>(state, 0, 0); }
+
+} // namespace
+
+#define LM_RELIEF_SIZES ->Arg(5)->Arg(20)->Arg(50)->Arg(100)->Unit(benchmark::kMillisecond)
+BENCHMARK(BM_BevelChiselled) LM_RELIEF_SIZES;
+BENCHMARK(BM_BevelSmooth) LM_RELIEF_SIZES;
+BENCHMARK(BM_EmbossChiselled) LM_RELIEF_SIZES;
+BENCHMARK(BM_EmbossSmooth) LM_RELIEF_SIZES;

@@ -39,6 +39,8 @@
 #include "effect/LmText.h"
 #include "effect/LmTextProperty.h"
 
+#include "filters/LmBevel.h"
+#include "filters/LmEmboss.h"
 #include "filters/LmGaussianBlur.h"
 #include "filters/LmGlow.h"
 #include "filters/LmInnerGlow.h"
@@ -46,6 +48,7 @@
 #include "filters/LmMaskBox.h"
 #include "filters/LmOuterGlow.h"
 #include "filters/LmOuterShadow.h"
+#include "filters/LmRelief.h"
 #include "filters/LmStroke.h"
 
 #include "text/FontEntry.h"

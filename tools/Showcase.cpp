@@ -18,11 +18,13 @@ const int kGap = 16;
 const int kCellPadding = 18;
 const int kLabelGap = 10;
 
-// The look of each kind in the showcase: its parameters and the text colour under it.
+// The look of each cell in the showcase: the kind, its parameters, the text colour under it and
+// the label (the kind's name when null; kinds with several looks name each).
 struct Look {
     const char* effect;
     const char* params;
     unsigned textColour;
+    const char* label = nullptr;
 };
 
 const Look kLooks[] = {
@@ -34,8 +36,12 @@ const Look kLooks[] = {
     {"linear-gradient", "angle=90,stops=#FF5F6D@0+#FFC371@1", 0xFF000000u},
     {"radial-gradient", "scale=1,stops=#FFF6B7@0+#F6416C@1", 0xFF000000u},
     {"pattern", "image=stripes,scale=1", 0xFF000000u},
-    {"bevel", "style=inner,size=6,depth=3,angle=120,altitude=30", 0xFF3C78D8u},
-    {"emboss", "style=emboss,size=6,depth=3,angle=120,altitude=30", 0xFF3C78D8u},
+    {"bevel", "style=inner,size=6,depth=3,angle=120,altitude=30", 0xFF3C78D8u, "bevel (inner, smooth)"},
+    {"bevel", "style=outer,technique=chisel,size=5,depth=4,angle=120,altitude=40", 0xFF3C78D8u,
+     "bevel (outer, chisel)"},
+    {"emboss", "style=emboss,size=6,depth=3,angle=120,altitude=30", 0xFF3C78D8u, "emboss (smooth)"},
+    {"emboss", "style=pillow,technique=chisel,size=6,depth=3,angle=120,altitude=30", 0xFF3C78D8u,
+     "emboss (pillow, chisel)"},
 };
 
 Scene baseScene(const Showcase::Options& options, unsigned colour)
@@ -75,14 +81,15 @@ RgbaImage Showcase::render(const Options& options, std::vector<Cell>* cells, std
     for (const Look& look : kLooks) {
         const EffectInfo& info = EffectCatalog::require(look.effect, "showcase");
         if (!EffectCatalog::isAvailable(info)) {
-            if (missing) missing->push_back(info.name);
+            if (missing && std::find(missing->begin(), missing->end(), info.name) == missing->end())
+                missing->push_back(info.name);
             continue;
         }
         Scene scene = baseScene(options, look.textColour);
         EffectRequest request(info, "showcase " + info.name);
         request.assign(look.params);
         scene.effects.push_back(request);
-        tiles.push_back({info.name, SceneRenderer::render(scene).image, {}});
+        tiles.push_back({look.label ? look.label : info.name, SceneRenderer::render(scene).image, {}});
         shown.push_back(info.name);
     }
     // Effects stack: a fill, an outline and a shadow together, when the build has them.

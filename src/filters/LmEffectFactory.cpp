@@ -1,6 +1,8 @@
 #include "effect/LmEffect.h"
 
 #include "effect/LmText.h"
+#include "filters/LmBevel.h"
+#include "filters/LmEmboss.h"
 #include "filters/LmInnerGlow.h"
 #include "filters/LmInnerShadow.h"
 #include "filters/LmOuterGlow.h"
@@ -19,6 +21,8 @@ LmECore* LmEffect::createEffect(int id, int kind)
     case LM_EFFECT_INNER_SHADOW: layer = new LmInnerShadow(); break;
     case LM_EFFECT_OUTER_GLOW: layer = new LmOuterGlow(); break;
     case LM_EFFECT_INNER_GLOW: layer = new LmInnerGlow(); break;
+    case LM_EFFECT_BEVEL: layer = new LmBevel(); break;
+    case LM_EFFECT_EMBOSS: layer = new LmEmboss(); break;
     case LM_EFFECT_STROKE: layer = new LmStroke(); break;
     case LM_EFFECT_TEXT: layer = new LmText(); break;
     default: return nullptr;

@@ -19,6 +19,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 
 namespace LmTest {
@@ -39,29 +40,39 @@ struct GoldenCase {
 
 inline std::string goldenName(const ::testing::TestParamInfo<GoldenCase>& info) { return info.param.name; }
 
-// One pass as font drawing runs it, with the mask as the only glyph placed inside the margins.
-inline void expectGoldenPass(const GoldenCase& c)
+// One pass as font drawing runs it: white text added, the mask as the only glyph, placed inside
+// an image grown by the stack's margins, composited.
+inline std::unique_ptr<LmBitmap> renderPass(LmEffect& stack, const Mask& mask)
 {
-    const Mask mask = c.mask();
-    LmEffect stack;
-    c.addLayers(stack);
     stack.addText(0xFFFFFFFF);
-
     const int left = stack.getLeftOffset(), top = stack.getTopOffset();
     const unsigned width = mask.width + left + stack.getRightOffset();
     const unsigned height = mask.height + top + stack.getBottomOffset();
-    LmBitmap image(width, height, 4);
+    auto image = std::make_unique<LmBitmap>(width, height, 4u);
     stack.initEffect((int)width, (int)height);
-    stack.setDstBitmap(&image);
+    stack.setDstBitmap(image.get());
     LmGlyph glyph;
     glyph.pixels = const_cast<unsigned char*>(mask.pixels.data());
     glyph.width = (uint16_t)mask.width;
     glyph.height = (uint16_t)mask.height;
     stack.renderEffectLayer(left, top, &glyph);
     stack.doEffectPostProcessing();
-    stack.compositeLayers(&image);
-    ASSERT_NE(image.pixels, nullptr);
-    EXPECT_TRUE(GoldenImage::matches(c.name, image.width, image.height, image.pixels));
+    stack.compositeLayers(image.get());
+    return image;
+}
+
+inline void expectGolden(const char* name, LmEffect& stack, const Mask& mask)
+{
+    std::unique_ptr<LmBitmap> image = renderPass(stack, mask);
+    ASSERT_NE(image->pixels, nullptr);
+    EXPECT_TRUE(GoldenImage::matches(name, image->width, image->height, image->pixels));
+}
+
+inline void expectGoldenPass(const GoldenCase& c)
+{
+    LmEffect stack;
+    c.addLayers(stack);
+    expectGolden(c.name, stack, c.mask());
 }
 
 } // namespace LmTest

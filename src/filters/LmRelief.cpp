@@ -1,0 +1,454 @@
+#include "filters/LmRelief.h"
+
+#include "effect/LmLightingProperty.h"
+#include "filters/LmGaussianBlur.h"
+#include "raster/LmBitmap.h"
+#include "raster/LmBlender.h"
+#include "raster/LmSqrt.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+namespace LmFontEffect {
+
+namespace {
+
+// Blur rows with weights and a cleared work row of stride bytes already at hand.
+void blurRows(const LmRelief::BlurArgs& a, const int* weights, int total, unsigned char* row)
+{
+    const int r = a.radius;
+    const unsigned char* src = a.src;
+    for (int y = a.rowBegin; y < a.rowEnd; ++y) {
+        LmGaussianBlur::verticalRow(src, a.stride, y, a.colBegin, a.colEnd, weights, total, r, row);
+        LmGaussianBlur::horizontalRow(row, a.colBegin, a.colEnd, weights, total, r, a.dst + (int64_t)y * a.stride);
+    }
+}
+
+bool blurWithBuffers(const LmRelief::BlurArgs& a)
+{
+    if (a.radius < 0 || a.stride < 1 || a.rowBegin >= a.rowEnd) return true;
+    LmMaskBox::Block<int> weights = LmMaskBox::allocate<int>((int64_t)a.radius + 1, false);
+    // Zeroed: the row's first and last r bytes are read as 0.
+    LmMaskBox::Block<unsigned char> row = LmMaskBox::allocate<unsigned char>(a.stride, true);
+    if (!weights || !row) return false;
+    int total = 0;
+    LmRelief::blurWeights(weights.get(), &total, a.radius);
+    blurRows(a, weights.get(), total, row.get());
+    return true;
+}
+
+inline float parabolaCross(const float* in, int q, int p)
+{
+    const float fq = in[q] + (float)((int64_t)q * q);
+    const float fp = in[p] + (float)((int64_t)p * p);
+    return (fq - fp) / (float)(2 * (int64_t)q - 2 * (int64_t)p);
+}
+
+// Half-open window [centre - reach, centre + reach + 1) clipped to 0..limit.
+inline void window(int centre, int reach, int limit, int* begin, int* end)
+{
+    *begin = (int)std::max<int64_t>((int64_t)centre - reach, 0);
+    *end = (int)std::min<int64_t>((int64_t)centre + reach + 1, limit);
+}
+
+// Columns first..last of each row holding a value below 1 (first > last when none). Such
+// values never change during the searches that read them, so the spans hold for a whole pass.
+bool sourceSpans(const LmRelief::SearchArgs& a, LmMaskBox::Block<int>* first, LmMaskBox::Block<int>* last)
+{
+    *first = LmMaskBox::allocate<int>(a.height, false);
+    *last = LmMaskBox::allocate<int>(a.height, false);
+    if (!*first || !*last) return false;
+    for (int y = 0; y < a.height; ++y) {
+        const float* m = a.map + (int64_t)y * a.width;
+        int f = a.width, l = -1;
+        for (int x = 0; x < a.width; ++x)
+            if (m[x] < 1.0f) {
+                f = std::min(f, x);
+                l = x;
+            }
+        (*first)[y] = f;
+        (*last)[y] = l;
+    }
+    return true;
+}
+
+// The bevel's and the emboss's outer search: cells accepted by `takes` move down to the
+// smallest candidate(n, d) over neighbours n < 1 within the reach. Every candidate is at least
+// d, and d at least the row and column distances, so the window is walked outward from the
+// cell and left as soon as those pass c: the minimum, and so the result, is the same.
+template <class Takes, class Candidate> int outwardSearch(void* args, Takes takes, Candidate candidate)
+{
+    const LmRelief::SearchArgs* a = static_cast<const LmRelief::SearchArgs*>(args);
+    if (!a || !a->map || a->width < 1 || a->height < 1 || a->reach < 0) return 0;
+    LmMaskBox::Block<int> first, last;
+    if (!sourceSpans(*a, &first, &last)) return 0;
+    const int64_t W = a->width;
+    for (int y = std::max(a->rowBegin, 0); y < std::min(a->rowEnd, a->height); ++y) {
+        int y0, y1;
+        window(y, a->reach, a->height, &y0, &y1);
+        for (int x = 0; x < a->width; ++x) {
+            float& c = a->map[y * W + x];
+            if (!takes(c)) continue;
+            int x0, x1;
+            window(x, a->reach, a->width, &x0, &x1);
+            auto visit = [&](int yy) {
+                const float* row = a->map + yy * W;
+                const int64_t dy2 = (int64_t)(yy - y) * (yy - y);
+                auto take = [&](int xx) {
+                    const float n = row[xx];
+                    if (!(n < 1.0f)) return;
+                    const float k = candidate(n, LmRelief::rootOf(dy2 + (int64_t)(xx - x) * (xx - x)));
+                    if (k < c) c = k;
+                };
+                for (int xx = std::max(x, first[yy]); xx <= std::min(x1 - 1, last[yy]) && (float)(xx - x) < c; ++xx)
+                    take(xx);
+                for (int xx = std::min(x - 1, last[yy]); xx >= std::max(x0, first[yy]) && (float)(x - xx) < c; --xx)
+                    take(xx);
+            };
+            for (int dy = 0; (float)dy < c && (y + dy < y1 || y - dy >= y0); ++dy) {
+                if (y + dy < y1) visit(y + dy);
+                if (dy > 0 && y - dy >= y0) visit(y - dy);
+            }
+        }
+    }
+    return 0;
+}
+
+inline unsigned char saturatedByte(int64_t v) { return (unsigned char)(v < 0 ? 0 : v > 255 ? 255 : v); }
+
+template <LmRelief::LightRule rule> void lightRows(const LmRelief::LightArgs& a)
+{
+    const int64_t W = a.stride;
+    const float level = (float)a.level;
+    for (int y = a.rowBegin; y < a.rowEnd; ++y) {
+        for (int x = a.colBegin; x < a.colEnd; ++x) {
+            const int64_t i = y * W + x;
+            const float* p = a.map + i;
+            const float h = *p;
+            if (rule == LmRelief::EMBOSS_SOFT_LIGHT) {
+                if (h == 0.0f || h >= level) continue;
+            } else if (h == level) {
+                continue;
+            }
+            float gx = (p[-1] - p[1]) * 0.5f;
+            float gy = (p[-W] - p[W]) * 0.5f;
+            if (rule == LmRelief::EMBOSS_SOFT_LIGHT) {
+                gx *= a.gradientFactor;
+                gy *= a.gradientFactor;
+            }
+            const float dot = (a.nz * a.lz - a.lx * gx - a.ly * gy) / fsqrt(a.nz * a.nz + gx * gx + gy * gy);
+            float shade = dot * 255.0f;
+            if (shade > 255.0f) shade = 255.0f;
+            if (!(shade >= 0.0f)) shade = 0.0f; // NaN too
+            if (rule == LmRelief::BEVEL_LIGHT && !a.keepShade) shade = (float)(255 - (int)shade);
+
+            float t = rule == LmRelief::BEVEL_LIGHT || h > 0.0f ? level - h : h + (float)a.innerReach - 1.0f;
+            if (t > 1.0f) t = 1.0f;
+            if (!(t >= 0.0f)) t = 0.0f;
+            const int64_t ramp = (int)(0.5f + t * 255.0f);
+
+            // The bevel lights its lit side from shade + 1 and its shadow from 256 - shade; the
+            // emboss the other way round.
+            const int64_t rising = (int)(shade + 1.0f), falling = 256 - (int)shade;
+            const int64_t litTerm = rule == LmRelief::BEVEL_LIGHT ? rising : falling;
+            const int64_t shadowTerm = rule == LmRelief::BEVEL_LIGHT ? falling : rising;
+            const int64_t litM = 1 + ((litTerm * a.litOpacity) >> 8);
+            const int64_t shadowM = 1 + ((shadowTerm * a.shadowOpacity) >> 8);
+            a.lit[i] = saturatedByte((ramp * litM) >> 8);
+            a.shadow[i] = saturatedByte((ramp * shadowM) >> 8);
+        }
+    }
+}
+
+inline unsigned channel(unsigned colour, int shift, int64_t alpha)
+{
+    return (unsigned)std::min<int64_t>(((int64_t)((colour >> shift) & 0xFF) + 1) * alpha >> 8, 255) << shift;
+}
+
+inline unsigned pack(unsigned colour, int64_t alpha)
+{
+    return (unsigned)alpha << 24 | channel(colour, 16, alpha) | channel(colour, 8, alpha) | channel(colour, 0, alpha);
+}
+
+} // namespace
+
+bool LmRelief::Pass::allocate(int pairCount)
+{
+    pairs = pairCount;
+    const int64_t n = size();
+    map = LmMaskBox::allocate<float>(n, false);
+    out = LmMaskBox::allocate<unsigned>(n, true);
+    if (!map || !out) return false;
+    for (int i = 0; i < 2 * pairs + 1; ++i) {
+        blocks[i] = LmMaskBox::allocate<unsigned char>(n, true);
+        if (!blocks[i]) return false;
+    }
+    for (int i = 0; i < pairs; ++i) {
+        lit[i] = blocks[2 * i].get();
+        shadow[i] = blocks[2 * i + 1].get();
+    }
+    spare = blocks[2 * pairs].get();
+    return true;
+}
+
+LmRelief::LightArgs LmRelief::Pass::lightArgs(int pair, const Light& l, int level, int innerReach,
+                                              const LmLightingProperty& p) const
+{
+    const int highlightAlpha = (int)(p.highlightColour >> 24), shadowAlpha = (int)(p.shadowColour >> 24);
+    return LightArgs{lit[pair], shadow[pair], map.get(), canvas.width, level, innerReach, l.nz, l.lx, l.ly, l.lz,
+                     highlightAlpha, shadowAlpha, true, 1.0f, 1, canvas.width - 1, 1, canvas.height - 1};
+}
+
+bool LmRelief::Pass::blur(int r)
+{
+    if (r <= 0) return true;
+    for (int i = 0; i < pairs; ++i)
+        if (!blurPair(&lit[i], &shadow[i], &spare, canvas.width, canvas.height, r)) return false;
+    return true;
+}
+
+void LmRelief::Pass::drawInto(LmBitmap* target, int mode) const
+{
+    LmBlender::drawBitmapBlend32(canvas.x, canvas.y, target, out.get(), canvas.width, canvas.height, canvas.width,
+                                 mode);
+}
+
+LmRelief::Light LmRelief::light(const LmLightingProperty& p, float depthFloor)
+{
+    const float a = (180.0f - p.angle) * 3.14159f / 180.0f;
+    const float e = p.altitude * 3.14159f / 180.0f;
+    Light l;
+    l.lx = cosf(a) * cosf(e);
+    l.ly = sinf(a) * cosf(e);
+    l.lz = sinf(e);
+    if (p.direction == 0) {
+        l.lx = -l.lx;
+        l.ly = -l.ly;
+    }
+    l.nz = 2.4f / std::max(p.depth, depthFloor);
+    return l;
+}
+
+bool LmRelief::canvasFor(const LmMaskBox& box, int64_t margin, Canvas* canvas)
+{
+    if (margin < 0 || margin > kMaxCanvasPixels) return false;
+    const int64_t w = box.width() + 2 * margin, h = box.height() + 2 * margin;
+    if (w < 1 || h < 1 || w * h > kMaxCanvasPixels) return false;
+    canvas->x = (int)(box.left - margin);
+    canvas->y = (int)(box.top - margin);
+    canvas->width = (int)w;
+    canvas->height = (int)h;
+    canvas->margin = (int)margin;
+    return true;
+}
+
+void LmRelief::blurWeights(int* weights, int* total, int r)
+{
+    weights[0] = 100;
+    *total = 100;
+    if (r < 1) return;
+    const float d = (float)((int64_t)r * r) / 4.60517f;
+    for (int k = 1; k <= r; ++k) {
+        weights[k] = (int)(0.5f + expf(-(float)((int64_t)k * k) / d) * 100.0f);
+        *total += 2 * weights[k];
+    }
+}
+
+int LmRelief::partialBlur(void* args)
+{
+    if (args) blurWithBuffers(*static_cast<const BlurArgs*>(args));
+    return 0;
+}
+
+bool LmRelief::blurPair(unsigned char** lit, unsigned char** shadow, unsigned char** spare, int width, int height,
+                        int r)
+{
+    const BlurArgs litArgs{*lit, *spare, width, r, r, width - r, r, height - r};
+    const BlurArgs shadowArgs{*shadow, *lit, width, r, r, width - r, r, height - r};
+    if (!blurWithBuffers(litArgs) || !blurWithBuffers(shadowArgs)) return false;
+    unsigned char* oldShadow = *shadow;
+    *shadow = *lit;
+    *lit = *spare;
+    *spare = oldShadow;
+    return true;
+}
+
+void LmRelief::dt1D(float* out, const float* in, int n, int* v, float* z)
+{
+    if (n < 1) return;
+    int k = 0;
+    v[0] = 0;
+    z[0] = -1e20f;
+    z[1] = 1e20f;
+    for (int q = 1; q < n; ++q) {
+        float s = parabolaCross(in, q, v[k]);
+        while (s <= z[k] && k > 0) {
+            --k;
+            s = parabolaCross(in, q, v[k]);
+        }
+        ++k;
+        v[k] = q;
+        z[k] = s;
+        z[k + 1] = 1e20f;
+    }
+    k = 0;
+    for (int q = 0; q < n; ++q) {
+        while (z[k + 1] < (float)q) ++k;
+        const int64_t d = (int64_t)q - v[k];
+        out[q] = in[v[k]] + (float)(d * d);
+    }
+}
+
+void LmRelief::dt1D(float* out, const float* in, int n)
+{
+    if (!out || !in || n < 1) return;
+    LmMaskBox::Block<int> v = LmMaskBox::allocate<int>(n, false);
+    LmMaskBox::Block<float> z = LmMaskBox::allocate<float>((int64_t)n + 1, false);
+    if (v && z) dt1D(out, in, n, v.get(), z.get());
+}
+
+bool LmRelief::dt2D(float* map, int width, int height)
+{
+    const int n = std::max(width, height);
+    LmMaskBox::Block<float> line = LmMaskBox::allocate<float>(n, true);
+    LmMaskBox::Block<float> out = LmMaskBox::allocate<float>(n, false);
+    LmMaskBox::Block<int> v = LmMaskBox::allocate<int>(n, false);
+    LmMaskBox::Block<float> z = LmMaskBox::allocate<float>((int64_t)n + 1, false);
+    if (!line || !out || !v || !z) return false;
+    const int64_t W = width;
+    for (int x = 0; x < width; ++x) {
+        for (int y = 0; y < height; ++y) line[y] = map[y * W + x];
+        dt1D(out.get(), line.get(), height, v.get(), z.get());
+        for (int y = 0; y < height; ++y) map[y * W + x] = out[y];
+    }
+    for (int y = 0; y < height; ++y) {
+        float* row = map + y * W;
+        std::memcpy(line.get(), row, sizeof(float) * (size_t)width);
+        dt1D(row, line.get(), width, v.get(), z.get());
+    }
+    return true;
+}
+
+void LmRelief::capDistances(float* map, int64_t count, int reach)
+{
+    const float limit = (float)((int64_t)reach * reach);
+    for (int64_t i = 0; i < count; ++i) {
+        const float v = map[i];
+        map[i] = v <= 0.0f ? 0.0f : v > limit ? (float)reach : fsqrt(v);
+    }
+}
+
+void LmRelief::exactFill(float* map, const Canvas& c, const LmMaskBox& box, float inside, float outside)
+{
+    const int m = c.margin;
+    const int64_t maskW = box.mask->width, maskH = box.mask->height;
+    for (int r = 0; r < c.height; ++r) {
+        float* row = map + (int64_t)r * c.width;
+        const int64_t my = (int64_t)box.top + (r - m);
+        const bool rowInterior = r >= m && r <= c.height - m && my < maskH;
+        for (int col = 0; col < c.width; ++col) {
+            bool on = false;
+            if (rowInterior && col >= m && col <= c.width - m) {
+                const int64_t mx = (int64_t)box.left + (col - m);
+                on = mx < maskW && box.mask->pixels[my * maskW + mx] != 0;
+            }
+            row[col] = on ? inside : outside;
+        }
+    }
+}
+
+void LmRelief::localFill(float* map, const Canvas& c, const LmMaskBox& box, float fillValue, int reach,
+                         float divisor, float fullValue, bool invert)
+{
+    std::fill(map, map + c.pixels(), fillValue);
+    const int m = c.margin;
+    const unsigned flip = invert ? 255u : 0u;
+    for (int j = 0; j < box.height(); ++j) {
+        const unsigned char* src = box.row(j);
+        float* dst = map + (int64_t)(j + m) * c.width + m;
+        for (int i = 0; i < box.width(); ++i) {
+            const float v = (float)(src[i] ^ flip) / divisor;
+            dst[i] = v < 0.001f ? (float)reach : v < 1.0f ? 1.0f - v : fullValue;
+        }
+    }
+}
+
+float LmRelief::rootOf(int64_t n)
+{
+    return n < LM_INT_SQRT_TABLE_SIZE ? LM_INT_SQRT_TABLE[n] : sqrtf((float)n);
+}
+
+int LmRelief::partialDT(void* args)
+{
+    return outwardSearch(args, [](float c) { return c != 0.0f; }, [](float n, float d) { return n + d; });
+}
+
+int LmRelief::partialOutDT(void* args)
+{
+    return outwardSearch(args, [](float c) { return c > 0.0f; }, [](float n, float d) { return n > 0.0f ? n + d : d; });
+}
+
+int LmRelief::partialInDT(void* args)
+{
+    const SearchArgs* a = static_cast<const SearchArgs*>(args);
+    if (!a || !a->map || a->width < 1 || a->height < 1 || a->innerReach < 0) return 0;
+    const int64_t W = a->width;
+    for (int y = std::max(a->rowBegin, 0); y < std::min(a->rowEnd, a->height); ++y) {
+        int y0, y1;
+        window(y, a->innerReach, a->height, &y0, &y1);
+        for (int x = 0; x < a->width; ++x) {
+            float& c = a->map[y * W + x];
+            if (!(c < 0.0f)) continue;
+            int x0, x1;
+            window(x, a->innerReach, a->width, &x0, &x1);
+            for (int yy = y0; yy < y1; ++yy) {
+                const float* row = a->map + yy * W;
+                const int64_t dy2 = (int64_t)(yy - y) * (yy - y);
+                for (int xx = x0; xx < x1; ++xx) {
+                    const float n = row[xx];
+                    if (!(n > 1.0f)) continue;
+                    const float k = n - rootOf(dy2 + (int64_t)(xx - x) * (xx - x));
+                    if (k > c) c = k;
+                }
+            }
+        }
+    }
+    return 0;
+}
+
+int LmRelief::partialLight(void* args, LightRule rule)
+{
+    const LightArgs* a = static_cast<const LightArgs*>(args);
+    if (!a || !a->lit || !a->shadow || !a->map) return 0;
+    switch (rule) {
+    case BEVEL_LIGHT: lightRows<BEVEL_LIGHT>(*a); break;
+    case EMBOSS_HARD_LIGHT: lightRows<EMBOSS_HARD_LIGHT>(*a); break;
+    case EMBOSS_SOFT_LIGHT: lightRows<EMBOSS_SOFT_LIGHT>(*a); break;
+    }
+    return 0;
+}
+
+unsigned LmRelief::composePixel(int lit, int shadow, float gain, unsigned shadowColour, unsigned highlightColour)
+{
+    const int d = (int)(gain * (float)shadow) - (int)(gain * (float)lit);
+    return pack(d > 0 ? shadowColour : highlightColour, std::min(std::abs(d), 255));
+}
+
+unsigned LmRelief::composeWeighted(int lit, int shadow, float gain, int weight, unsigned shadowColour,
+                                   unsigned highlightColour)
+{
+    const int d = (int)(gain * (float)shadow) - (int)(gain * (float)lit);
+    const int64_t product = ((int64_t)std::abs(d) + 1) * weight;
+    return pack(d > 0 ? shadowColour : highlightColour, product >= 65536 ? 255 : product >> 8);
+}
+
+unsigned LmRelief::addSaturated(unsigned a, unsigned b)
+{
+    unsigned out = 0;
+    for (int shift = 0; shift < 32; shift += 8)
+        out |= (unsigned)std::min(((a >> shift) & 0xFFu) + ((b >> shift) & 0xFFu), 255u) << shift;
+    return out;
+}
+
+} // namespace LmFontEffect

@@ -1,0 +1,244 @@
+// Bevel and emboss: the worked numbers of the shared machinery, the layers' margins, and what
+// bad input must not do.
+#include "filters/GoldenPass.h"
+
+#include "effect/LmBevelProperty.h"
+#include "effect/LmEmbossProperty.h"
+#include "filters/LmBevel.h"
+#include "filters/LmEmboss.h"
+#include "filters/LmRelief.h"
+#include "raster/LmBlender.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cmath>
+#include <limits>
+#include <vector>
+
+using namespace LmFontEffect;
+using LmTest::FilterRun;
+using LmTest::Mask;
+
+namespace {
+
+const float kNaN = std::numeric_limits<float>::quiet_NaN();
+
+LmBevelProperty bevelRecord(int style, float size, int technique, int soften = 0, float depth = 3,
+                            float altitude = 30, int direction = 1, float angle = 120)
+{
+    return LmBevelProperty(style, size, depth, direction, technique, soften, 1, angle, altitude, 0xFF000080, 1,
+                           0xFFFFFFFF, 1);
+}
+
+LmEmbossProperty embossRecord(int style, float size, int technique, int soften = 0)
+{
+    return LmEmbossProperty(style, size, 3, 1, technique, soften, 1, 120, 30, 0xFF000080, 1, 0xFFFFFFFF, 1);
+}
+
+} // namespace
+
+TEST(Relief, BlurWeightsFallToAHundredthAtTheRadius)
+{
+    const struct {
+        int r;
+        std::vector<int> weights;
+        int total;
+    } cases[] = {{0, {100}, 100}, {1, {100, 1}, 102}, {2, {100, 32, 1}, 166}, {3, {100, 60, 13, 1}, 248}};
+    for (const auto& c : cases) {
+        std::vector<int> w(c.r + 1);
+        int total = 0;
+        LmRelief::blurWeights(w.data(), &total, c.r);
+        EXPECT_EQ(w, c.weights) << "r " << c.r;
+        EXPECT_EQ(total, c.total) << "r " << c.r;
+    }
+}
+
+TEST(Relief, BlurLeavesItsBorderAsTheDestinationHeldIt)
+{
+    std::vector<unsigned char> src(7 * 7, 0), dst(7 * 7, 9);
+    src[3 * 7 + 3] = 255;
+    LmBevel::blur(src.data(), dst.data(), 1, 7, 7);
+    EXPECT_EQ(dst[0], 9);
+    EXPECT_EQ(dst[6 * 7 + 6], 9);
+    // 255 * 100 / 102 = 250 down the column, then weighted again along the row.
+    EXPECT_EQ(dst[3 * 7 + 3], 250 * 100 / 102);
+    EXPECT_EQ(dst[3 * 7 + 4], 250 * 1 / 102);
+}
+
+TEST(Relief, Dt1DGivesSquaredDistancesToTheZeros)
+{
+    const float far = 1e20f;
+    const struct {
+        std::vector<float> in, out;
+    } cases[] = {
+        {{far, 0, far, far, 0}, {1, 0, 1, 1, 0}},
+        {{0, far, far, far}, {0, 1, 4, 9}},
+        {{far, far}, {far, far}},
+        {{2, far, 0}, {2, 1, 0}},
+    };
+    for (const auto& c : cases) {
+        std::vector<float> out(c.in.size(), -1);
+        LmBevel::dt1D(out.data(), const_cast<float*>(c.in.data()), (int)c.in.size());
+        EXPECT_EQ(out, c.out);
+    }
+    float untouched = -1;
+    LmEmboss::dt1D(&untouched, &untouched, 0);
+    EXPECT_EQ(untouched, -1);
+}
+
+TEST(Relief, RootsComeFromTheTableThenFromSqrtf)
+{
+    EXPECT_EQ(LmRelief::rootOf(2), 1.414f);
+    EXPECT_EQ(LmRelief::rootOf(5489), 74.088f);
+    EXPECT_EQ(LmRelief::rootOf(5490), sqrtf(5490.0f));
+    EXPECT_EQ(LmRelief::rootOf(62 * 62 * 2), sqrtf(7688.0f));
+}
+
+TEST(Relief, GainsAreSinglePrecision)
+{
+    // 2.03f * 100 is 203 in float, 202 as a double product.
+    EXPECT_EQ(LmRelief::composePixel(0, 100, 2.03f, 0xFF000000, 0xFFFFFFFF) >> 24, 203u);
+    // Ties go to the highlight colour; alpha is capped.
+    EXPECT_EQ(LmRelief::composePixel(7, 7, 1, 0xFF000000, 0xFFFFFFFF), 0u);
+    EXPECT_EQ(LmRelief::composePixel(255, 0, 1.83f, 0xFF000000, 0xFFFF8000), 0xFFFF8000u);
+    // The pillow's weighted alpha: (|d| + 1) * w >> 8, 255 from 65536 on.
+    EXPECT_EQ(LmRelief::composeWeighted(0, 99, 1, 128, 0xFFFFFFFF, 0) >> 24, 50u);
+    EXPECT_EQ(LmRelief::composeWeighted(0, 255, 2.03f, 255, 0xFFFFFFFF, 0) >> 24, 255u);
+    EXPECT_EQ(LmRelief::addSaturated(0x80FF0102, 0x90020304), 0xFFFF0406u);
+}
+
+TEST(Relief, LightFloorsTheDepthAndMirrorsOnDirectionZero)
+{
+    LmBevelProperty up = bevelRecord(1, 5, 0, 0, 0), down = bevelRecord(1, 5, 0, 0, 0, 30, 0);
+    const LmRelief::Light a = LmRelief::light(up, 0.1f), b = LmRelief::light(down, 0.1f);
+    EXPECT_EQ(a.nz, 2.4f / 0.1f);
+    EXPECT_EQ(LmRelief::light(up, 0.2f).nz, 2.4f / 0.2f);
+    EXPECT_EQ(b.lx, -a.lx);
+    EXPECT_EQ(b.ly, -a.ly);
+    EXPECT_EQ(b.lz, a.lz);
+}
+
+TEST(Relief, OffsetsAreTheWidthPlusSoftenSaturated)
+{
+    const struct {
+        float size;
+        int soften, bevel, emboss;
+    } cases[] = {{5.5f, 3, 9, 7}, {10, 2, 12, 8}, {9, 0, 9, 6}, {0, 0, 0, 1}, {kNaN, 4, 4, 4}, {1e30f, 16, INT_MAX, INT_MAX}};
+    for (const auto& c : cases) {
+        LmBevel bevel;
+        LmEmboss emboss;
+        EXPECT_EQ(bevel.getOffset(), 0);
+        LmBevelProperty b = bevelRecord(1, c.size, 0, c.soften);
+        LmEmbossProperty e = embossRecord(0, c.size, 0, c.soften);
+        bevel.setProperty(&b);
+        emboss.setProperty(&e);
+        EXPECT_EQ(bevel.getOffset(), c.bevel) << "size " << c.size;
+        EXPECT_EQ(emboss.getOffset(), c.emboss) << "size " << c.size;
+    }
+}
+
+// The inside bevel's flat outside area has height 0 and full ramp; with the light on the
+// horizon its shade is 0, so the shadow side is 255, the lit side 0: the shadow colour at full
+// alpha everywhere but the canvas's outermost ring.
+TEST(Relief, InsideBevelTintsTheFlatAreaWithTheLightOnTheHorizon)
+{
+    const Mask mask = LmTest::rect(24, 24, 10, 10, 14, 14);
+    LmBevel bevel;
+    LmBevelProperty p = bevelRecord(1, 2, 1, 0, 3, 0);
+    bevel.setProperty(&p);
+    FilterRun run(mask);
+    ASSERT_EQ(run.run(bevel), 1);
+    // Canvas: the box grown by R = 4, so columns and rows 6..17; its ring stays clear.
+    run.expectAlphas({{7, 7, 255}, {16, 8, 255}, {6, 10, 0}, {17, 17, 0}, {5, 5, 0}});
+    const unsigned char* px = run.target.pixels + (7 * 24 + 7) * 4;
+    EXPECT_EQ(px[2], 0x80); // blue of the shadow colour, (128 + 1) * 255 >> 8
+}
+
+TEST(Relief, OutsideBevelLeavesFlatFarPixelsClear)
+{
+    const Mask mask = LmTest::rect(40, 40, 18, 18, 22, 22);
+    LmBevel bevel;
+    LmBevelProperty p = bevelRecord(0, 6, 1);
+    bevel.setProperty(&p);
+    FilterRun run(mask);
+    ASSERT_EQ(run.run(bevel), 1);
+    // The canvas corner lies farther than R = 8 from the square; beside the square it does not.
+    run.expectAlphas({{11, 11, 0}, {12, 12, 0}});
+    EXPECT_GT(run.alpha(16, 20) + run.alpha(24, 20), 0);
+}
+
+TEST(Relief, EmbossInTwoPassModeLandsInBothImages)
+{
+    const Mask mask = LmTest::disc(32, 9);
+    for (int style : {0, 3}) {
+        LmEmboss emboss;
+        LmEmbossProperty p = embossRecord(style, 8, 0);
+        emboss.setProperty(&p);
+        FilterRun run(mask);
+        LmBitmap output(32, 32, 4);
+        ASSERT_EQ(run.run(emboss, 1, &output), 1);
+        EXPECT_FALSE(run.untouched());
+        EXPECT_EQ(std::vector<unsigned char>(output.pixels, output.pixels + 32 * 32 * 4),
+                  std::vector<unsigned char>(run.target.pixels, run.target.pixels + 32 * 32 * 4));
+    }
+}
+
+// Widths that give no reach draw nothing, canvases beyond 2^26 pixels give up; every other bad
+// value must run without reading or writing outside a buffer (the sanitizer build checks).
+TEST(Relief, BadInputDrawsNothingOrRunsSafely)
+{
+    const struct {
+        const char* what;
+        Mask mask;
+        float size, depth, angle, altitude;
+        int soften;
+        bool drawsNothing;
+    } cases[] = {
+        {"size -9", LmTest::disc(16, 5), -9, 3, 120, 30, 0, true},
+        {"NaN size", LmTest::disc(16, 5), kNaN, kNaN, kNaN, kNaN, 0, false},
+        {"huge size", LmTest::disc(16, 5), 1e30f, 3, 120, 30, 0, true},
+        {"canvas just past the cap", LmTest::disc(16, 5), 12000, 3, 120, 30, 0, true},
+        {"depth, soften, angles out of range", LmTest::disc(16, 5), 4, 99, 1e9f, -1e9f, 99, false},
+        {"one-pixel mask", LmTest::rect(1, 1, 0, 0, 1, 1), 30, 3, 120, 30, 2, false},
+        {"one-row mask", LmTest::rect(9, 1, 0, 0, 9, 1, 200), 40, 3, 120, 30, 0, false},
+        {"box on every edge", LmTest::rect(12, 12, 0, 0, 12, 12), 40, 3, 120, 30, 3, false},
+        {"covered box with a hole", LmTest::rect(12, 12, 0, 0, 12, 12, 255), 5, 3, 120, 30, 0, false},
+    };
+    for (const auto& c : cases)
+        for (int kind : {LM_EFFECT_BEVEL, LM_EFFECT_EMBOSS})
+            for (int technique : {0, 1})
+                for (int style : {0, 1, 3}) {
+                    LmBevelProperty b(style, c.size, c.depth, 1, technique, c.soften, 1, c.angle, c.altitude,
+                                      0xFF000000, 1, 0xFFFFFFFF, 1);
+                    LmEmbossProperty e(style, c.size, c.depth, 1, technique, c.soften, 1, c.angle, c.altitude,
+                                       0xFF000000, 1, 0xFFFFFFFF, 1);
+                    LmBevel bevel;
+                    LmEmboss emboss;
+                    LmECore& layer = kind == LM_EFFECT_BEVEL ? (LmECore&)bevel : (LmECore&)emboss;
+                    layer.setProperty(kind == LM_EFFECT_BEVEL ? (LmProperty*)&b : (LmProperty*)&e);
+                    FilterRun run(c.mask);
+                    run.textRect = LmRect(0, 0, (int)c.mask.width, (int)c.mask.height);
+                    const int drawn = run.run(layer);
+                    if (c.drawsNothing) {
+                        EXPECT_EQ(drawn, 0) << c.what << " kind " << kind;
+                        EXPECT_TRUE(run.untouched()) << c.what << " kind " << kind;
+                    }
+                }
+}
+
+TEST(Relief, NullRecordOrEmptyBoxDrawsNothing)
+{
+    const Mask mask = LmTest::disc(16, 5);
+    LmBevel bevel;
+    LmEmboss emboss;
+    bevel.setProperty(nullptr);
+    FilterRun run(mask);
+    EXPECT_EQ(run.run(bevel), 0);
+    EXPECT_EQ(run.run(emboss), 0);
+    LmBevelProperty p = bevelRecord(1, 5, 0);
+    bevel.setProperty(&p);
+    run.textRect = LmRect(4, 4, 4, 9);
+    EXPECT_EQ(run.run(bevel), 0);
+    EXPECT_TRUE(run.untouched());
+}
