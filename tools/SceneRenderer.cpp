@@ -11,6 +11,7 @@
 #include "platform/LmLayoutUtils.h"
 #include "platform/LmPaint.h"
 #include "platform/LmSystemFonts.h"
+#include "text/LmSystemFamilies.h"
 #include "platform/LmTypeface.h"
 #include "text/FontManager.h"
 #include "text/LineInfo.h"
@@ -60,7 +61,7 @@ bool isGenericFamily(const std::string& family)
 // The fallback families for scripts the chosen font lacks, once per process.
 void installSystemFonts()
 {
-    static bool installed = LmSystemFonts::InstallSystemFonts();
+    static bool installed = LmSystemFamilies::Install();
     (void)installed;
 }
 

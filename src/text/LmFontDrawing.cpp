@@ -73,9 +73,7 @@ LmGlyph* newLineGlyph(const LmLayout& layout)
 void LmFontDrawing::DrawTextFunctor::operator()(unsigned start, unsigned end)
 {
     if (end <= start || !canvas) return;
-    LmPaint runPaint = paint;
-    runPaint.setStyle(LmPaint::kFillStyle);
-    LmGlyphRun run(runPaint, end - start, bounds);
+    LmGlyphRun run(paint, end - start);
     uint32_t* ids = run.glyphs();
     float* pos = run.positions();
     for (unsigned i = start; i < end; i++) {
