@@ -48,17 +48,10 @@ TEST(TextObject, AnUnconstructedObjectFailsWithError8)
     EXPECT_EQ(Error::GetError(), 8u);  // so does its destructor
 }
 
-TEST(TextObject, StyleBitsTextAndLineRecordsAreStoredAndReplaced)
+TEST(TextObject, TextAndLineRecordsAreReplaced)
 {
     LmTextObject object;
     ASSERT_EQ(object.Construct(), 1);
-    object.SetTextStyle(true, false);
-    EXPECT_TRUE(object.isBoldTextStyle() && !object.isItalicTextStyle());
-    object.SetTextStyle(false, true);
-    EXPECT_TRUE(!object.isBoldTextStyle() && object.isItalicTextStyle());
-    object.SetTextStyle(false, false);
-    EXPECT_FALSE(object.isBoldTextStyle() || object.isItalicTextStyle());
-
     {
         LmString text;
         text.Construct("Hello");
