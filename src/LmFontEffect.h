@@ -58,6 +58,7 @@
 #include "text/LmFontDrawing.h"
 #include "text/LmFontFamily.h"
 #include "text/LmScriptLocales.h"
+#include "text/LmSystemFamilies.h"
 #include "text/LmTextInstanceManager.h"
 #include "text/LmTextObject.h"
 #include "text/LmView.h"

@@ -15,6 +15,7 @@
 #include "text/FontManager.h"
 #include "text/LineInfo.h"
 #include "text/LmFontDrawing.h"
+#include "text/LmSystemFamilies.h"
 #include "text/LmTextObject.h"
 #include "text/LmView.h"
 
@@ -60,7 +61,7 @@ bool isGenericFamily(const std::string& family)
 // The fallback families for scripts the chosen font lacks, once per process.
 void installSystemFonts()
 {
-    static bool installed = LmSystemFonts::InstallSystemFonts();
+    static bool installed = LmSystemFamilies::Install();
     (void)installed;
 }
 
@@ -177,6 +178,87 @@ int checkedSide(long value, const char* what)
     return (int)value;
 }
 
+// The text object's text, font, paint, style and colours from the scene.
+LmPaint setUpObject(const Scene& scene, const std::string& fontPath, const LmString& text, LmTextObject& object)
+{
+    object.SetText(&text);
+    if (!object.SetFont(fontPath.c_str()))
+        throw ToolError::failure("cannot read font '" + fontPath + "': not a font file the library can open");
+    LmPaint paint;
+    paint.setTextSize((float)scene.size);
+    if (scene.bold) paint.setJavaFlags(LmPaint::kAntiAliasFlag | LmPaint::kFakeBoldTextFlag);
+    object.SetPaint(paint);
+    object.SetTextStyle(scene.bold, scene.italic);
+    object.SetTextColor(scene.color);
+    object.SetBackgroundColor(scene.lineBackground, scene.lineBackgroundSet);
+    return paint;
+}
+
+// Breaks the text into lines, measured with the font drawing's own families.
+TextLayout layOut(const Scene& scene, const std::string& fontPath, const LmPaint& paint, const LmString& text)
+{
+    std::unique_ptr<char16_t[]> utf16(text.GetUTF16());
+    int length = std::max(0, text.GetUTF16Size() - 1);
+    std::u16string units(utf16 ? utf16.get() : u"", (size_t)length);
+    Measurer measure(fontPath, paint, scene.italic, utf16 ? utf16.get() : u"", length + 1);
+    if (!measure.ok()) throw ToolError::failure("cannot read font '" + fontPath + "': no usable font family");
+
+    const int* pad = scene.padding;
+    TextLayout::Options options;
+    options.align = alignFor(scene);
+    options.lineSpacing = (float)scene.lineSpacing;
+    if (scene.width >= 0) {
+        options.alignWidth = (float)std::max(0, scene.width - pad[0] - pad[2]);
+        if (scene.wrap) options.wrapWidth = std::max(1.0f, options.alignWidth);
+    }
+    return TextLayout(units, [&](int s, int e) { return measure(s, e); }, measure.ascent(), measure.descent(),
+                      options);
+}
+
+// The view sized from the scene (or the text), padded and placed, with its lines.
+void setUpView(const Scene& scene, const TextLayout& layout, LmTextObject& object, SceneRenderer::Result& result)
+{
+    const int* pad = scene.padding;
+    long width = scene.width >= 0 ? scene.width : (long)std::ceil(layout.getMaxWidth()) + pad[0] + pad[2];
+    long height = scene.height >= 0 ? scene.height : (long)layout.getHeight() + pad[1] + pad[3];
+    result.viewWidth = checkedSide(width, "width");
+    result.viewHeight = checkedSide(height, "height");
+
+    LmView* view = object.GetView();
+    view->SetSize(result.viewWidth, result.viewHeight);
+    view->SetPadding(pad[0], pad[1], pad[2], pad[3]);
+    view->gravity = scene.gravity;
+    view->maxLines = scene.maxLines > 0 ? scene.maxLines : INT_MAX;
+
+    List lines;
+    lines.Construct();
+    placeLines(layout, *view, lines);
+    object.SetLineInfo(&lines);
+    lines.RemoveAll();
+}
+
+// Renders into a bitmap of the view grown by the stack's margins, as the bridge sizes it,
+// over the scene's background.
+RgbaImage renderImage(const Scene& scene, const SceneRenderer::Result& result, LmTextObject& object)
+{
+    LmEffect* effect = object.GetEffect();
+    LmView* view = object.GetView();
+    int bitmapWidth = result.viewWidth + effect->getLeftOffset() + effect->getRightOffset();
+    int bitmapHeight = result.viewHeight + effect->getTopOffset() + effect->getBottomOffset();
+    view->SetBitmapWidth(bitmapWidth);
+    view->SetBitmapHeight(bitmapHeight);
+    const uint32_t* pixels = object.RenderTextEffect(bitmapWidth, bitmapHeight);
+    if (!pixels)
+        throw ToolError::failure("the library could not render a " + std::to_string(bitmapWidth) + "x" +
+                                 std::to_string(bitmapHeight) + " image");
+
+    RgbaImage rendered = RgbaImage::fromArgb(pixels, (unsigned)bitmapWidth, (unsigned)bitmapHeight);
+    if (!(scene.background >> 24)) return rendered;
+    RgbaImage image((unsigned)bitmapWidth, (unsigned)bitmapHeight, scene.background);
+    image.drawOver(rendered, 0, 0);
+    return image;
+}
+
 } // namespace
 
 std::string SceneRenderer::resolveFont(const std::string& font, std::string* note)
@@ -214,76 +296,14 @@ SceneRenderer::Result SceneRenderer::render(const Scene& scene)
 
     LmTextObject object;
     if (!object.Construct()) throw ToolError::failure("the library could not create a text object");
-
     LmString text;
     text.Construct(scene.text.c_str());
-    object.SetText(&text);
-    if (!object.SetFont(fontPath.c_str()))
-        throw ToolError::failure("cannot read font '" + fontPath + "': not a font file the library can open");
-
-    LmPaint paint;
-    paint.setTextSize((float)scene.size);
-    if (scene.bold) paint.setJavaFlags(LmPaint::kAntiAliasFlag | LmPaint::kFakeBoldTextFlag);
-    object.SetPaint(paint);
-    object.SetTextStyle(scene.bold, scene.italic);
-    object.SetTextColor(scene.color);
-    object.SetBackgroundColor(scene.lineBackground, scene.lineBackgroundSet);
-
-    // Lines, measured with the font drawing's own families.
-    std::unique_ptr<char16_t[]> utf16(text.GetUTF16());
-    int length = std::max(0, text.GetUTF16Size() - 1);
-    std::u16string units(utf16 ? utf16.get() : u"", (size_t)length);
-    Measurer measure(fontPath, paint, scene.italic, utf16 ? utf16.get() : u"", length + 1);
-    if (!measure.ok()) throw ToolError::failure("cannot read font '" + fontPath + "': no usable font family");
-
-    const int* pad = scene.padding;
-    TextLayout::Options options;
-    options.align = alignFor(scene);
-    options.lineSpacing = (float)scene.lineSpacing;
-    if (scene.width >= 0) {
-        options.alignWidth = (float)std::max(0, scene.width - pad[0] - pad[2]);
-        if (scene.wrap) options.wrapWidth = std::max(1.0f, options.alignWidth);
-    }
-    TextLayout layout(units, [&](int s, int e) { return measure(s, e); }, measure.ascent(), measure.descent(),
-                      options);
-
-    long width = scene.width >= 0 ? scene.width : (long)std::ceil(layout.getMaxWidth()) + pad[0] + pad[2];
-    long height = scene.height >= 0 ? scene.height : (long)layout.getHeight() + pad[1] + pad[3];
-    result.viewWidth = checkedSide(width, "width");
-    result.viewHeight = checkedSide(height, "height");
-
-    LmView* view = object.GetView();
-    view->SetSize(result.viewWidth, result.viewHeight);
-    view->SetPadding(pad[0], pad[1], pad[2], pad[3]);
-    view->gravity = scene.gravity;
-    view->maxLines = scene.maxLines > 0 ? scene.maxLines : INT_MAX;
-
-    List lines;
-    lines.Construct();
-    placeLines(layout, *view, lines);
-    object.SetLineInfo(&lines);
-    lines.RemoveAll();
+    const LmPaint paint = setUpObject(scene, fontPath, text, object);
+    setUpView(scene, layOut(scene, fontPath, paint, text), object, result);
 
     LmEffect* effect = object.GetEffect();
     for (const EffectRequest& request : scene.effects) EffectCatalog::addTo(*effect, request);
-
-    // The bitmap is the view grown by the stack's margins, as the bridge sizes it.
-    int bitmapWidth = result.viewWidth + effect->getLeftOffset() + effect->getRightOffset();
-    int bitmapHeight = result.viewHeight + effect->getTopOffset() + effect->getBottomOffset();
-    view->SetBitmapWidth(bitmapWidth);
-    view->SetBitmapHeight(bitmapHeight);
-    const uint32_t* pixels = object.RenderTextEffect(bitmapWidth, bitmapHeight);
-    if (!pixels)
-        throw ToolError::failure("the library could not render a " + std::to_string(bitmapWidth) + "x" +
-                                 std::to_string(bitmapHeight) + " image");
-
-    RgbaImage rendered = RgbaImage::fromArgb(pixels, (unsigned)bitmapWidth, (unsigned)bitmapHeight);
-    if (scene.background >> 24) {
-        result.image = RgbaImage((unsigned)bitmapWidth, (unsigned)bitmapHeight, scene.background);
-        result.image.drawOver(rendered, 0, 0);
-    } else {
-        result.image = std::move(rendered);
-    }
+    result.image = renderImage(scene, result, object);
 
     std::unique_ptr<char[]> key(effect->getMapKey(scene.color));
     result.keyHex = hex(key.get());

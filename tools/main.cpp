@@ -11,6 +11,7 @@
 #include <CLI/CLI.hpp>
 
 #include <cstdio>
+#include <cstdlib>
 #include <iostream>
 #include <map>
 #include <string>
@@ -124,20 +125,9 @@ int runShowcase(const Showcase::Options& options, const std::string& output)
     return 0;
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+// The render subcommand, its values kept in `args`.
+CLI::App* addRenderCommand(CLI::App& app, RenderArgs& args)
 {
-    CLI::App app{"lmtext: render text with effects into a PNG"};
-    app.require_subcommand(1);
-    app.footer("Examples:\n"
-               "  lmtext showcase -o showcase.png\n"
-               "  lmtext render -t Hello --stroke size=4,color=#000000,position=outside -o hello.png\n"
-               "  lmtext render scene.json --key -o scene.png\n"
-               "  lmtext --version\n"
-               "Exit codes: 0 done, 1 a file or render failed, 2 bad command line or scene.");
-
-    RenderArgs args;
     CLI::App* render = app.add_subcommand("render", "render text (from options or a JSON scene) into a PNG");
     render->add_option("scene", args.scenePath, "JSON scene file; options given here override it");
     // A repeated option takes its last value, as most tools do.
@@ -183,34 +173,73 @@ int main(int argc, char** argv)
                    "\nScene files are JSON objects with the keys " + Scene::keyNames() +
                    ";\n\"effects\" is a list of objects such as {\"type\": \"stroke\", \"size\": 4, "
                    "\"position\": \"outside\"},\nstops a list of {\"color\", \"position\", \"opacity\"}.\n");
+    return render;
+}
 
-    Showcase::Options showcase;
-    std::string showcaseOutput = "showcase.png";
+CLI::App* addShowcaseCommand(CLI::App& app, Showcase::Options& options, std::string& output)
+{
     CLI::App* show = app.add_subcommand("showcase", "one image with every effect kind this build has");
-    show->add_option("-o,--output", showcaseOutput, "PNG file to write (default showcase.png)");
-    show->add_option("-f,--font", showcase.font, "font file or family name (default DejaVu Sans)");
-    show->add_option("-t,--text", showcase.text, "sample text (default Effect)");
-    show->add_option("-s,--size", showcase.size, "text size in pixels (default 64)");
-    show->add_option("--columns", showcase.columns, "cells per row (default 3)");
+    show->add_option("-o,--output", output, "PNG file to write (default showcase.png)");
+    show->add_option("-f,--font", options.font, "font file or family name (default DejaVu Sans)");
+    show->add_option("-t,--text", options.text, "sample text (default Effect)");
+    show->add_option("-s,--size", options.size, "text size in pixels (default 64)");
+    show->add_option("--columns", options.columns, "cells per row (default 3)");
+    return show;
+}
 
-    // CLI11 would only say that a command is required; name the valid ones instead.
+// CLI11 would only say that a command is required; name the valid ones instead. False after
+// saying so.
+bool knownCommand(int argc, char** argv)
+{
     if (argc < 2) {
         std::cerr << "lmtext: give a command: render or showcase (see lmtext --help)\n";
-        return ToolError::kUsage;
+        return false;
     }
-    {
-        std::string first = argv[1];
-        bool help = first == "-h" || first == "--help";
-        if (first == "--version") {
-            std::cout << "lmtext " << LMEFFECT_VERSION_STRING << "\n";
-            return 0;
-        }
-        if (!help && first != "render" && first != "showcase") {
-            std::cerr << "lmtext: unknown " << (first[0] == '-' ? "option" : "command") << " '" << first
-                      << "'; valid commands: render, showcase (and --help)\n";
-            return ToolError::kUsage;
-        }
+    std::string first = argv[1];
+    bool help = first == "-h" || first == "--help";
+    if (first == "--version") {
+        std::cout << "lmtext " << LMEFFECT_VERSION_STRING << "\n";
+        std::exit(0);
     }
+    if (!help && first != "render" && first != "showcase") {
+        std::cerr << "lmtext: unknown " << (first[0] == '-' ? "option" : "command") << " '" << first
+                  << "'; valid commands: render, showcase (and --help)\n";
+        return false;
+    }
+    return true;
+}
+
+// A parse error with the valid options (or commands) where CLI11 names only the bad one.
+int reportParseError(const CLI::ParseError& e, const CLI::App* render, const CLI::App* show)
+{
+    std::string valid;
+    const CLI::App* context = render->parsed() ? render : show->parsed() ? show : nullptr;
+    if (dynamic_cast<const CLI::ExtrasError*>(&e))
+        valid = context ? "; valid options: " + optionNames(*context) : "; valid commands: render, showcase";
+    std::cerr << "lmtext: " << e.what() << valid << "\n(run 'lmtext " << (context ? context->get_name() + " " : "")
+              << "--help' for details)\n";
+    return ToolError::kUsage;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    CLI::App app{"lmtext: render text with effects into a PNG"};
+    app.require_subcommand(1);
+    app.footer("Examples:\n"
+               "  lmtext showcase -o showcase.png\n"
+               "  lmtext render -t Hello --stroke size=4,color=#000000,position=outside -o hello.png\n"
+               "  lmtext render scene.json --key -o scene.png\n"
+               "  lmtext --version\n"
+               "Exit codes: 0 done, 1 a file or render failed, 2 bad command line or scene.");
+    RenderArgs args;
+    CLI::App* render = addRenderCommand(app, args);
+    Showcase::Options showcase;
+    std::string showcaseOutput = "showcase.png";
+    CLI::App* show = addShowcaseCommand(app, showcase, showcaseOutput);
+
+    if (!knownCommand(argc, argv)) return ToolError::kUsage;
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForHelp& e) {
@@ -218,14 +247,7 @@ int main(int argc, char** argv)
     } catch (const CLI::CallForAllHelp& e) {
         return app.exit(e);
     } catch (const CLI::ParseError& e) {
-        std::string message = e.what();
-        std::string valid;
-        const CLI::App* context = render->parsed() ? render : show->parsed() ? show : nullptr;
-        if (dynamic_cast<const CLI::ExtrasError*>(&e))
-            valid = context ? "; valid options: " + optionNames(*context) : "; valid commands: render, showcase";
-        std::cerr << "lmtext: " << message << valid << "\n(run 'lmtext " << (context ? context->get_name() + " " : "")
-                  << "--help' for details)\n";
-        return ToolError::kUsage;
+        return reportParseError(e, render, show);
     }
 
     try {

@@ -18,4 +18,10 @@ void Error::Report(const char* tag, unsigned long code, int site)
     SetError(code);
 }
 
+bool Error::ReportIf(bool bad, const char* tag, unsigned long code, int site)
+{
+    if (bad) Report(tag, code, site);
+    return bad;
+}
+
 } // namespace LmFontEffect

@@ -28,6 +28,8 @@ public:
     // The failure convention shared by the foundation, text and bridge classes: an
     // error-priority line "@ Native Error %ld : %d" under the component's tag, then SetError.
     static void Report(const char* tag, unsigned long code, int site);
+    // Reports when `bad` holds; returns `bad`, so a check and its early return fit one line.
+    static bool ReportIf(bool bad, const char* tag, unsigned long code, int site);
 };
 
 } // namespace LmFontEffect

@@ -17,20 +17,11 @@ namespace {
 
 const char* const kTag = "Lm_File";
 
-void fail(unsigned long code, int site) { LmFontEffect::Error::Report(kTag, code, site); }
-
-// Reports code at site when bad holds; returns bad.
-bool failIf(bool bad, unsigned long code, int site)
-{
-    if (bad) fail(code, site);
-    return bad;
-}
-
 // A path helper's own message instead of the numbered line.
 void badPath(const char* what)
 {
     LmLog::Print(LmLog::LM_PRIO_ERROR, kTag, "%s() - pathSize < 0", what);
-    LmFontEffect::Error::SetError(LmFontEffect::Error::LM_ERR_INVALID_ARGUMENT);
+    Error::SetError(Error::LM_ERR_INVALID_ARGUMENT);
 }
 
 // UTF-8 form of path in out; returns GetUTF8Size (below 1 when there is none).
@@ -61,7 +52,7 @@ FileRecord* openRecord(const char* path, const char* mode, bool keepOpen)
     record->stream = fopen(path, mode);
     if (!record->stream) {
         LmLog::Print(LmLog::LM_PRIO_ERROR, kTag, "OpenFile - Fail to open file. errno = %d", errno);
-        fail(LmFontEffect::Error::LM_ERR_OPEN_FAILED, __LINE__);
+        Error::Report(kTag, Error::LM_ERR_OPEN_FAILED, __LINE__);
         delete record;
         return nullptr;
     }
@@ -83,23 +74,23 @@ File::~File()
 
 bool File::Construct(LmString const* path, char const* mode, bool keepOpen)
 {
-    if (failIf(mRecord, LmFontEffect::Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__)) return false;
-    if (failIf(!path || !mode || !*mode, LmFontEffect::Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(mRecord, kTag, Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(!path || !mode || !*mode, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     std::string utf8;
     if (utf8Of(path, utf8) <= 0) {
         LmLog::Print(LmLog::LM_PRIO_ERROR, kTag, "OpenFile() - pathSize < 0");
-        LmFontEffect::Error::SetError(LmFontEffect::Error::LM_ERR_INVALID_ARGUMENT);
+        Error::SetError(Error::LM_ERR_INVALID_ARGUMENT);
         return false;
     }
-    if (failIf(utf8.empty(), LmFontEffect::Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(utf8.empty(), kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     mRecord = openRecord(utf8.c_str(), mode, keepOpen);
     return mRecord != nullptr;
 }
 
 bool File::Construct(char const* path, char const* mode)
 {
-    if (failIf(mRecord, LmFontEffect::Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__)) return false;
-    if (failIf(!path || !*path || !mode || !*mode, LmFontEffect::Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(mRecord, kTag, Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(!path || !*path || !mode || !*mode, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     // A plain path goes to the system as it is, whatever its encoding.
     mRecord = openRecord(path, mode, false);
     return mRecord != nullptr;
@@ -170,7 +161,7 @@ int File::IsAccessible(LmString const* path, int mode)
 
 int File::IsAccessible(char const* path, int mode)
 {
-    if (failIf(!path, LmFontEffect::Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return -1;
+    if (Error::ReportIf(!path, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return -1;
     return access(path, mode);
 }
 
@@ -186,7 +177,7 @@ int File::Unlink(LmString const* path)
 
 int File::Unlink(char const* path)
 {
-    if (failIf(!path, LmFontEffect::Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return -1;
+    if (Error::ReportIf(!path, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return -1;
     return unlink(path);
 }
 
@@ -197,7 +188,7 @@ int File::Rename(LmString const* oldPath, LmString const* newPath)
     int newSize = utf8Of(newPath, newUtf8);
     if (oldSize < 1 || newSize < 1) {
         LmLog::Print(LmLog::LM_PRIO_ERROR, kTag, "Rename() - pathSize < 0 : old %d, new %d", oldSize, newSize);
-        LmFontEffect::Error::SetError(LmFontEffect::Error::LM_ERR_INVALID_ARGUMENT);
+        Error::SetError(Error::LM_ERR_INVALID_ARGUMENT);
         return -1;
     }
     return rename(oldUtf8.c_str(), newUtf8.c_str());
@@ -205,7 +196,7 @@ int File::Rename(LmString const* oldPath, LmString const* newPath)
 
 int File::Rename(char const* oldPath, char const* newPath)
 {
-    if (failIf(!oldPath || !newPath, LmFontEffect::Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return -1;
+    if (Error::ReportIf(!oldPath || !newPath, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return -1;
     return rename(oldPath, newPath);
 }
 

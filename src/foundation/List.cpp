@@ -14,15 +14,6 @@ const int kMaxTraversals = 10;
 // Index left behind when the remembered position is dropped; only the null node matters.
 const int32_t kNoIndex = -999999999;
 
-void fail(unsigned long code, int site) { Error::Report(kTag, code, site); }
-
-// Reports code at site when bad holds; returns bad.
-bool failIf(bool bad, unsigned long code, int site)
-{
-    if (bad) fail(code, site);
-    return bad;
-}
-
 struct ListNode {
     ListNode* prev;
     ListNode* next;
@@ -53,10 +44,6 @@ void visitItems(List* source, int n, Visit visit)
 struct ListImpl {
     ListNode* head = nullptr;
     ListNode* tail = nullptr;
-    ListNode* cursor = nullptr; // last node visited by a walk
-    int32_t spare = 0;
-    ListNode* nextToFree = nullptr;
-    int32_t spare2 = 0;
     int32_t count = 0;
     int32_t openTraversals = 0;
     ListCell** traversals = nullptr; // kMaxTraversals slots
@@ -75,7 +62,6 @@ struct ListImpl {
     {
         ListNode* n = head;
         for (int k = 0; k < i && n; ++k) n = n->next;
-        cursor = n;
         return n;
     }
 
@@ -85,9 +71,7 @@ struct ListImpl {
     {
         ListNode* n = from;
         for (int k = 0; k < steps && n; ++k) n = forward ? n->next : n->prev;
-        if (!n) return walkFromHead(i);
-        cursor = n;
-        return n;
+        return n ? n : walkFromHead(i);
     }
 
     // The look-up of Get: leaves the remembered position alone.
@@ -120,7 +104,6 @@ struct ListImpl {
         int k = cachedNode ? cachedIndex : 0;
         for (ListNode* n = start; n; n = n->next, ++k) {
             if (n->data == data) {
-                cursor = n;
                 *index = k;
                 return n;
             }
@@ -129,7 +112,6 @@ struct ListImpl {
         k = 0;
         for (ListNode* n = head; n && n != cachedNode; n = n->next, ++k) {
             if (n->data == data) {
-                cursor = n;
                 *index = k;
                 return n;
             }
@@ -181,7 +163,6 @@ struct ListImpl {
             next->prev = prev;
         else
             tail = prev;
-        if (cursor == node) cursor = nullptr;
         if (cachedNode == node) {
             if (cachedIndex == 0)
                 remember(0, next);
@@ -196,12 +177,12 @@ struct ListImpl {
 
     void freeNodes()
     {
-        for (ListNode* n = head; n; n = nextToFree) {
-            nextToFree = n->next;
+        for (ListNode* n = head; n;) {
+            ListNode* next = n->next;
             delete n;
+            n = next;
         }
-        nextToFree = nullptr;
-        head = tail = cursor = nullptr;
+        head = tail = nullptr;
         count = 0;
     }
 };
@@ -219,7 +200,7 @@ List::~List()
 
 bool List::Construct()
 {
-    if (failIf(mImpl, Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(mImpl, kTag, Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__)) return false;
     ListImpl* impl = new (std::nothrow) ListImpl;
     ListCell** slots = new (std::nothrow) ListCell*[kMaxTraversals]();
     if (!impl || !slots) {
@@ -234,15 +215,15 @@ bool List::Construct()
 
 bool List::Construct(const List* other)
 {
-    if (failIf(mImpl, Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__)) return false;
-    if (failIf(!other, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(mImpl, kTag, Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(!other, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     return Construct() && Add(other);
 }
 
 bool List::Construct(void** items, int n)
 {
-    if (failIf(mImpl, Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__)) return false;
-    if (failIf(!items || n < 0, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(mImpl, kTag, Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(!items || n < 0, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     if (!Construct()) return false;
     for (int k = 0; k < n; ++k)
         if (!Add(items[k])) return false;
@@ -251,7 +232,7 @@ bool List::Construct(void** items, int n)
 
 bool List::Add(void* data)
 {
-    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
     ListNode* node = new (std::nothrow) ListNode{nullptr, nullptr, data};
     if (!node) return false;
     mImpl->append(node);
@@ -260,8 +241,8 @@ bool List::Add(void* data)
 
 bool List::Add(const List* other)
 {
-    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
-    if (failIf(!other, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(!other, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     if (!other->mImpl || other->mImpl->count == 0) return true;
     // Traversing changes only the other list's bookkeeping, never its items. The count is
     // taken first so that adding a list to itself ends.
@@ -271,8 +252,8 @@ bool List::Add(const List* other)
 
 bool List::Insert(void* data, int i)
 {
-    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
-    if (failIf(i < 0, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(i < 0, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     // Any index past the end appends (deliberate).
     if (i >= mImpl->count) return Add(data);
     ListNode* at = mImpl->nodeForMove(i);
@@ -290,8 +271,8 @@ bool List::Insert(void* data, int i)
 
 bool List::Remove(void* data)
 {
-    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
-    if (failIf(!data || mImpl->count == 0, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(!data || mImpl->count == 0, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     int index = 0;
     for (ListNode* n = mImpl->head; n; n = n->next, ++index) {
         if (n->data == data) {
@@ -304,16 +285,16 @@ bool List::Remove(void* data)
 
 bool List::Remove(int i)
 {
-    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
-    if (failIf(i < 0 || i >= mImpl->count, Error::LM_ERR_OUT_OF_RANGE, __LINE__)) return false;
+    if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(i < 0 || i >= mImpl->count, kTag, Error::LM_ERR_OUT_OF_RANGE, __LINE__)) return false;
     mImpl->unlinkAndFree(mImpl->nodeForMove(i), i);
     return true;
 }
 
 bool List::Remove(int i, int n)
 {
-    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
-    if (failIf(i < 0 || i >= mImpl->count || n < 0 || n > mImpl->count, Error::LM_ERR_OUT_OF_RANGE, __LINE__)) return false;
+    if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(i < 0 || i >= mImpl->count || n < 0 || n > mImpl->count, kTag, Error::LM_ERR_OUT_OF_RANGE, __LINE__)) return false;
     // Items past the end are not an error for the call as a whole.
     for (int k = 0; k < n; ++k)
         if (!Remove(i)) break;
@@ -322,7 +303,7 @@ bool List::Remove(int i, int n)
 
 bool List::RemoveAll()
 {
-    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
     if (mImpl->count == 0) return true;
     mImpl->freeNodes();
     for (int k = 0; k < kMaxTraversals; ++k)
@@ -333,14 +314,14 @@ bool List::RemoveAll()
 
 int List::GetCount() const
 {
-    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return -1;
+    if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return -1;
     return mImpl->count;
 }
 
 void* List::Get(int i) const
 {
-    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return nullptr;
-    if (failIf(i < 0 || i >= mImpl->count, Error::LM_ERR_OUT_OF_RANGE, __LINE__)) return nullptr;
+    if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return nullptr;
+    if (Error::ReportIf(i < 0 || i >= mImpl->count, kTag, Error::LM_ERR_OUT_OF_RANGE, __LINE__)) return nullptr;
     ListNode* n = mImpl->nodeForGet(i);
     return n ? n->data : nullptr;
 }
@@ -348,23 +329,23 @@ void* List::Get(int i) const
 int List::GetIndex(void* data) const
 {
     // A null pointer reports "not constructed" too (deliberate).
-    if (failIf(!mImpl || !data, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return -1;
+    if (Error::ReportIf(!mImpl || !data, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return -1;
     int index = -1;
     return mImpl->search(data, &index) ? index : -1;
 }
 
 bool List::IsContained(void* data) const
 {
-    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
-    if (failIf(!data, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(!data, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     int index = -1;
     return mImpl->search(data, &index) != nullptr;
 }
 
 bool List::IsContained(const List* other) const
 {
-    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
-    if (failIf(!other, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(!other, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     if (!other->mImpl || other->mImpl->count == 0) return true;
     bool all = true;
     visitItems(const_cast<List*>(other), other->mImpl->count, [&](void* data) { return all = IsContained(data); });
@@ -373,8 +354,8 @@ bool List::IsContained(const List* other) const
 
 long List::BeginTraversal()
 {
-    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return -1;
-    if (failIf(mImpl->openTraversals >= kMaxTraversals, Error::LM_ERR_TOO_MANY_TRAVERSALS, __LINE__)) return -1;
+    if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return -1;
+    if (Error::ReportIf(mImpl->openTraversals >= kMaxTraversals, kTag, Error::LM_ERR_TOO_MANY_TRAVERSALS, __LINE__)) return -1;
     int slot = 0;
     while (mImpl->traversals[slot]) ++slot; // a free slot exists while fewer than 10 are open
     ListCell* cell = new (std::nothrow) ListCell{mImpl->head};
@@ -390,10 +371,10 @@ namespace {
 // The cell behind handle h, or null after reporting why there is none.
 ListCell* cellFor(const ListImpl* impl, long h)
 {
-    if (failIf(!impl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return nullptr;
-    if (failIf(h == 0, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return nullptr;
+    if (Error::ReportIf(!impl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return nullptr;
+    if (Error::ReportIf(h == 0, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return nullptr;
     ListCell* cell = impl->cellOf(h);
-    failIf(!cell, Error::LM_ERR_UNKNOWN_HANDLE, __LINE__);
+    Error::ReportIf(!cell, kTag, Error::LM_ERR_UNKNOWN_HANDLE, __LINE__);
     return cell;
 }
 
@@ -405,7 +386,7 @@ bool step(ListImpl* impl, long h, bool forward)
     if (!cell->node) {
         // Past either end: back to the head, whichever the direction.
         cell->node = impl->head;
-        fail(Error::LM_ERR_UNKNOWN_HANDLE, __LINE__);
+        Error::Report(kTag, Error::LM_ERR_UNKNOWN_HANDLE, __LINE__);
         return false;
     }
     cell->node = forward ? cell->node->next : cell->node->prev;
@@ -416,8 +397,8 @@ bool step(ListImpl* impl, long h, bool forward)
 // Shared by MoveFirst and MoveLast.
 bool jump(ListImpl* impl, long* h, bool last)
 {
-    if (failIf(!impl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
-    if (failIf(!h, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(!impl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(!h, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     ListCell* cell = cellFor(impl, *h);
     if (!cell) return false;
     cell->node = last ? impl->tail : impl->head;
@@ -439,9 +420,9 @@ bool List::PrevData(long h) { return step(mImpl, h, false); }
 
 bool List::Move(long* h, int i)
 {
-    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
-    if (failIf(!h, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
-    if (failIf(i < 0 || i >= mImpl->count, Error::LM_ERR_OUT_OF_RANGE, __LINE__)) return false;
+    if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(!h, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(i < 0 || i >= mImpl->count, kTag, Error::LM_ERR_OUT_OF_RANGE, __LINE__)) return false;
     ListCell* cell = cellFor(mImpl, *h);
     if (!cell) return false;
     cell->node = mImpl->nodeForMove(i);
@@ -454,8 +435,8 @@ bool List::MoveLast(long* h) { return jump(mImpl, h, true); }
 
 bool List::EndTraversal(long h)
 {
-    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
-    if (failIf(h == 0, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(h == 0, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     // Only registered cells are freed: -1 from a failed BeginTraversal, or any foreign
     // value, frees nothing.
     int slot = mImpl->slotOf(h);

@@ -21,15 +21,6 @@ const char* const kTag = "LmString";
 // such a buffer could not hold the string, so it is refused.
 const size_t kMaxChars = 0x40000000u;
 
-void fail(unsigned long code, int site) { Error::Report(kTag, code, site); }
-
-// Reports code at site when bad holds; returns bad.
-bool failIf(bool bad, unsigned long code, int site)
-{
-    if (bad) fail(code, site);
-    return bad;
-}
-
 size_t lengthOf(const wchar_t* s) { return s ? wcslen(s) : 0; }
 
 // n + 1 characters, all terminators.
@@ -110,8 +101,8 @@ int compareByLength(const wchar_t* a, size_t lenA, const wchar_t* b, size_t lenB
 // len - plen .. 0.
 int searchWide(bool constructed, const wchar_t* buffer, const wchar_t* p, bool reverse)
 {
-    if (failIf(!constructed, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return -1;
-    if (failIf(!p, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return -1;
+    if (Error::ReportIf(!constructed, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return -1;
+    if (Error::ReportIf(!p, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return -1;
     const wchar_t* buf = buffer ? buffer : L"";
     size_t len = wcslen(buf);
     size_t plen = wcslen(p);
@@ -131,10 +122,10 @@ using WideSearch = int (LmString::*)(const wchar_t*) const;
 // The UTF-8 forms of the searches: the same checks, then the wide search.
 int searchUtf8(const LmString& self, bool constructed, const char* p, WideSearch search)
 {
-    if (failIf(!constructed, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return -1;
-    if (failIf(!p, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return -1;
+    if (Error::ReportIf(!constructed, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return -1;
+    if (Error::ReportIf(!p, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return -1;
     std::unique_ptr<wchar_t[]> converted(convertUtf8(p));
-    if (failIf(!converted, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return -1;
+    if (Error::ReportIf(!converted, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return -1;
     return (self.*search)(converted.get());
 }
 
@@ -188,14 +179,14 @@ bool LmString::Adopt(wchar_t* buffer)
 
 bool LmString::Construct()
 {
-    if (failIf(mImpl, Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(mImpl, kTag, Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__)) return false;
     return Adopt(nullptr);
 }
 
 bool LmString::Construct(const LmString* s)
 {
-    if (failIf(mImpl, Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__)) return false;
-    if (failIf(!s, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(mImpl, kTag, Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(!s, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     const wchar_t* src = s->GetPointer();
     if (!src) return Adopt(nullptr);
     return Construct(src);
@@ -203,69 +194,69 @@ bool LmString::Construct(const LmString* s)
 
 bool LmString::Construct(const wchar_t* s)
 {
-    if (failIf(mImpl, Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__)) return false;
-    if (failIf(!s, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(mImpl, kTag, Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(!s, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     wchar_t* p = copyChars(s, wcslen(s));
-    if (failIf(!p, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(!p, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     return Adopt(p);
 }
 
 bool LmString::Construct(const char* s)
 {
-    if (failIf(mImpl, Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__)) return false;
-    if (failIf(!s, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(mImpl, kTag, Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(!s, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     wchar_t* p = convertUtf8(s);
-    if (failIf(!p, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(!p, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     return Adopt(p);
 }
 
 bool LmString::Construct(const LmString* s, int n)
 {
-    if (failIf(mImpl, Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__)) return false;
-    if (failIf(!s, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(mImpl, kTag, Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(!s, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     const wchar_t* src = s->GetPointer();
     return Construct(src ? src : L"", n);
 }
 
 bool LmString::Construct(const wchar_t* s, int n)
 {
-    if (failIf(mImpl, Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__)) return false;
-    if (failIf(!s || n < 0, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(mImpl, kTag, Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(!s || n < 0, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     wchar_t* p = copyChars(s, (size_t)n);
-    if (failIf(!p, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(!p, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     return Adopt(p);
 }
 
 bool LmString::Set(const LmString* s)
 {
-    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
     return Set(s ? s->GetPointer() : nullptr);
 }
 
 bool LmString::Set(const wchar_t* s)
 {
-    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
     if (!s) return Adopt(nullptr);
     // Copy before freeing: s may be this string's own buffer.
     wchar_t* p = copyChars(s, wcslen(s));
     Adopt(p);
-    if (failIf(!p, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(!p, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     return true;
 }
 
 bool LmString::Set(const char* s)
 {
-    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
     if (!s) return Adopt(nullptr);
     wchar_t* p = convertUtf8(s);
     Adopt(p);
-    if (failIf(!p, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(!p, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     return true;
 }
 
 bool LmString::Clear()
 {
-    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
     return Adopt(nullptr);
 }
 
@@ -273,13 +264,13 @@ const wchar_t* LmString::GetPointer() const { return mImpl ? mImpl->mBuffer : nu
 
 int LmString::GetLength() const
 {
-    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return -1;
+    if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return -1;
     return saturate(lengthOf(mImpl->mBuffer));
 }
 
 bool LmString::Append(const LmString* s)
 {
-    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
     if (!s) return true;
     const wchar_t* src = s->GetPointer();
     return Append(src ? src : L"");
@@ -287,13 +278,13 @@ bool LmString::Append(const LmString* s)
 
 bool LmString::Append(const wchar_t* s)
 {
-    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
     if (!s) return true;
     const wchar_t* old = mImpl->mBuffer;
     size_t len = lengthOf(old);
     size_t add = wcslen(s);
     wchar_t* p = allocChars(len + add);
-    if (failIf(!p, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(!p, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     if (old) wmemcpy(p, old, len);
     wmemcpy(p + len, s, add);
     return Adopt(p);
@@ -301,25 +292,25 @@ bool LmString::Append(const wchar_t* s)
 
 bool LmString::Append(const char* s)
 {
-    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
     if (!s) return true;
     std::unique_ptr<wchar_t[]> converted(convertUtf8(s));
-    if (failIf(!converted, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(!converted, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     return Append(converted.get());
 }
 
 bool LmString::Insert(const wchar_t* s, int i)
 {
-    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
     if (!s) return true;
     const wchar_t* old = mImpl->mBuffer;
     size_t len = lengthOf(old);
-    if (failIf(i < 0 || (size_t)i > len, Error::LM_ERR_OUT_OF_RANGE, __LINE__)) return false;
+    if (Error::ReportIf(i < 0 || (size_t)i > len, kTag, Error::LM_ERR_OUT_OF_RANGE, __LINE__)) return false;
     size_t add = wcslen(s);
     // Deliberately stricter than Append, which accepts an empty string.
-    if (failIf(add == 0, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(add == 0, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     wchar_t* p = allocChars(len + add);
-    if (failIf(!p, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(!p, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     if (old) {
         wmemcpy(p, old, (size_t)i);
         wmemcpy(p + i + add, old + i, len - (size_t)i);
@@ -330,7 +321,7 @@ bool LmString::Insert(const wchar_t* s, int i)
 
 bool LmString::Insert(const LmString* s, int i)
 {
-    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
     if (!s) return true;
     const wchar_t* src = s->GetPointer();
     return Insert(src ? src : L"", i);
@@ -338,11 +329,11 @@ bool LmString::Insert(const LmString* s, int i)
 
 bool LmString::Remove(int i, int n)
 {
-    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
     wchar_t* buf = mImpl->mBuffer;
     size_t len = lengthOf(buf);
-    if (failIf(i < 0 || (size_t)i >= len, Error::LM_ERR_OUT_OF_RANGE, __LINE__)) return false;
-    if (failIf(n < 0 || (size_t)i + (size_t)n > len, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(i < 0 || (size_t)i >= len, kTag, Error::LM_ERR_OUT_OF_RANGE, __LINE__)) return false;
+    if (Error::ReportIf(n < 0 || (size_t)i + (size_t)n > len, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     // In place: the tail and its terminator move down; the buffer keeps its size.
     wmemmove(buf + i, buf + i + n, len - (size_t)i - (size_t)n + 1);
     return true;
@@ -350,58 +341,58 @@ bool LmString::Remove(int i, int n)
 
 bool LmString::SetSubstring(const LmString* src, int from, int to)
 {
-    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
     const wchar_t* s = src ? src->GetPointer() : nullptr;
-    if (failIf(!s, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(!s, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     int64_t count = (int64_t)to - from + 1;
-    if (failIf(from < 0 || count < 0, Error::LM_ERR_OUT_OF_RANGE, __LINE__)) return false;
+    if (Error::ReportIf(from < 0 || count < 0, kTag, Error::LM_ERR_OUT_OF_RANGE, __LINE__)) return false;
     // to - from + 2 characters so the terminator fits. The range is not held to src's
     // length; characters past its end read as terminators instead of foreign memory.
     size_t srcLen = wcslen(s);
     wchar_t* p = allocChars((size_t)count);
-    if (failIf(!p, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(!p, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     if ((size_t)from < srcLen) wmemcpy(p, s + from, std::min<size_t>((size_t)count, srcLen - from));
     return Adopt(p);
 }
 
 bool LmString::GetChar(int i, wchar_t* out) const
 {
-    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
     const wchar_t* buf = mImpl->mBuffer;
-    if (failIf(i < 0 || (size_t)i >= lengthOf(buf), Error::LM_ERR_OUT_OF_RANGE, __LINE__)) return false;
-    if (failIf(!out, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(i < 0 || (size_t)i >= lengthOf(buf), kTag, Error::LM_ERR_OUT_OF_RANGE, __LINE__)) return false;
+    if (Error::ReportIf(!out, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     *out = buf[i];
     return true;
 }
 
 int LmString::CompareTo(const LmString* s) const
 {
-    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return -1;
-    if (failIf(!s, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return -1;
+    if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return -1;
+    if (Error::ReportIf(!s, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return -1;
     const wchar_t* other = s->GetPointer();
     return compareByLength(mImpl->mBuffer, lengthOf(mImpl->mBuffer), other, lengthOf(other));
 }
 
 int LmString::CompareTo(const char* s) const
 {
-    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return -1;
-    if (failIf(!s, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return -1;
+    if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return -1;
+    if (Error::ReportIf(!s, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return -1;
     // The length test counts bytes of s, not characters.
     size_t len = lengthOf(mImpl->mBuffer);
     size_t bytes = strlen(s);
     if (len != bytes) return len > bytes ? 1 : -1;
     std::unique_ptr<wchar_t[]> converted(convertUtf8(s));
-    if (failIf(!converted, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return -1;
+    if (Error::ReportIf(!converted, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return -1;
     return compareByLength(mImpl->mBuffer, len, converted.get(), len);
 }
 
 int LmString::CompareTo(const char* s, int n) const
 {
-    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return -1;
-    if (failIf(!s, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return -1;
+    if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return -1;
+    if (Error::ReportIf(!s, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return -1;
     if (n <= 0) return 0;
     std::unique_ptr<wchar_t[]> converted(convertUtf8(s));
-    if (failIf(!converted, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return -1;
+    if (Error::ReportIf(!converted, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return -1;
     const wchar_t* buf = mImpl->mBuffer;
     return wcsncmp(buf ? buf : L"", converted.get(), (size_t)n);
 }
@@ -428,7 +419,7 @@ int LmString::ReverseFind(const char* p) const
 
 int LmString::GetUTF8Size() const
 {
-    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return -1;
+    if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return -1;
     uint64_t size = 1;
     if (const wchar_t* p = mImpl->mBuffer)
         for (; *p; ++p) size += (uint64_t)utf8Bytes((uint32_t)*p);
@@ -437,8 +428,8 @@ int LmString::GetUTF8Size() const
 
 bool LmString::GetUTF8(char* dst, int size) const
 {
-    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
-    if (failIf(!dst || size < 0, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
+    if (Error::ReportIf(!dst || size < 0, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     if (size == 0) return true;
     // Whole characters only, as many as fit in size - 1 bytes.
     uint8_t* out = reinterpret_cast<uint8_t*>(dst);
@@ -458,7 +449,7 @@ bool LmString::GetUTF8(char* dst, int size) const
 
 int LmString::GetUTF16Size() const
 {
-    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return -1;
+    if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return -1;
     uint64_t size = 1;
     if (const wchar_t* p = mImpl->mBuffer) {
         for (; *p; ++p) {
@@ -472,10 +463,10 @@ int LmString::GetUTF16Size() const
 
 char16_t* LmString::GetUTF16() const
 {
-    if (failIf(!mImpl, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return nullptr;
+    if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return nullptr;
     int size = GetUTF16Size();
     char16_t* dst = new (std::nothrow) char16_t[size];
-    if (failIf(!dst, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return nullptr;
+    if (Error::ReportIf(!dst, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return nullptr;
     LmStringImpl::UTF32To16(dst, mImpl->mBuffer, size);
     return dst;
 }

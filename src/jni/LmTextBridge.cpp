@@ -258,15 +258,13 @@ uint32_t LocaleListId(JNIEnv* env, jobject locales)
     return tags.get() ? LmLocaleListRegistry::registerLocaleList(tags.get()) : 0;
 }
 
-int Alignment(JNIEnv* env, jobject align)
+// The paint's alignment is checked but not kept: the lines arrive already placed by the view's
+// layout, so nothing downstream aligns text.
+void CheckAlignment(JNIEnv* env, jobject align)
 {
     jclass cls = align ? env->GetObjectClass(align) : nullptr;
     jmethodID name = LmJni::Method(env, cls, "name", "()Ljava/lang/String;");
     if (align && !name) LogDebug("Paint.Align cannot find 'name' method id");
-    LmJniString text(env, static_cast<jstring>(LmJni::CallObject(env, align, name)));
-    if (text.get() && !std::strcmp(text.get(), "LEFT")) return LmPaint::kAlignLeft;
-    if (text.get() && !std::strcmp(text.get(), "RIGHT")) return LmPaint::kAlignRight;
-    return LmPaint::kAlignCenter;
 }
 
 jboolean LmText_SetPaint(JNIEnv* env, jobject thiz, jobject jpaint)
@@ -306,7 +304,7 @@ jboolean LmText_SetPaint(JNIEnv* env, jobject thiz, jobject jpaint)
     LmJniString featureText(env, static_cast<jstring>(LmJni::CallObject(env, jpaint, features)));
     if (featureText.get()) paint.setFontFeatureSettings(featureText.get());
     paint.setLocaleListId(LocaleListId(env, LmJni::CallObject(env, jpaint, locales)));
-    paint.setTextAlign(Alignment(env, LmJni::CallObject(env, jpaint, align)));
+    CheckAlignment(env, LmJni::CallObject(env, jpaint, align));
     object->SetPaint(paint);
     return JNI_TRUE;
 }

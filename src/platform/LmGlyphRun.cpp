@@ -4,10 +4,9 @@
 
 namespace LmFontEffect {
 
-LmGlyphRun::LmGlyphRun(const LmPaint& paint, size_t count, const LmGlyphBox* bounds)
+LmGlyphRun::LmGlyphRun(const LmPaint& paint, size_t count)
     : mFont(paint.getRunFont()), mStyle(paint.glyphStyle()), mGlyphs(count, 0), mPositions(count * 2, 0.0f)
 {
-    if (bounds) mBounds = *bounds;
 }
 
 } // namespace LmFontEffect

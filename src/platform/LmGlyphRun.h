@@ -1,7 +1,6 @@
 #ifndef LMFONTEFFECT_PLATFORM_LMGLYPHRUN_H
 #define LMFONTEFFECT_PLATFORM_LMGLYPHRUN_H
 
-#include "platform/LmGlyphBox.h"
 #include "platform/LmGlyphStyle.h"
 #include "platform/LmPlatformFont.h"
 
@@ -18,7 +17,7 @@ class LmPaint;
 class LmGlyphRun {
 public:
     // Takes the paint's run font and glyph style; `count` glyphs, all id 0 at (0, 0).
-    LmGlyphRun(const LmPaint& paint, size_t count, const LmGlyphBox* bounds);
+    LmGlyphRun(const LmPaint& paint, size_t count);
 
     size_t size() const { return mGlyphs.size(); }
     uint32_t* glyphs() { return mGlyphs.data(); }
@@ -28,12 +27,10 @@ public:
     const std::vector<float>& glyphPositions() const { return mPositions; }
     const std::shared_ptr<LmPlatformFont>& font() const { return mFont; }
     const LmGlyphStyle& style() const { return mStyle; }
-    const LmGlyphBox& bounds() const { return mBounds; }
 
 private:
     std::shared_ptr<LmPlatformFont> mFont;
     LmGlyphStyle mStyle;
-    LmGlyphBox mBounds;
     std::vector<uint32_t> mGlyphs;
     std::vector<float> mPositions;
 };

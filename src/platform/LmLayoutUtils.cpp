@@ -161,6 +161,111 @@ std::vector<hb_feature_t> parseFeatures(const std::string& settings)
     return features;
 }
 
+// False for an empty range or one outside the buffer. A context that does not hold the range,
+// or passes the buffer, shrinks to the range.
+bool usableRange(size_t bufSize, size_t start, size_t count, size_t* contextStart, size_t* contextCount)
+{
+    if (count == 0 || start > bufSize || count > bufSize - start) return false;
+    if (*contextStart > start || *contextStart > bufSize || *contextCount > bufSize - *contextStart ||
+        *contextStart + *contextCount < start + count) {
+        *contextStart = start;
+        *contextCount = count;
+    }
+    return *contextCount <= 0x7FFFFFFF;
+}
+
+// What every run of one layout is shaped with: the paint's features, language, size, scale
+// and letter spacing, the context text and one HarfBuzz buffer.
+class Shaping {
+public:
+    Shaping(const LmPaint& paint, const uint16_t* text, size_t contextStart, size_t contextCount)
+        : text(text), contextStart(contextStart), contextCount(contextCount), size(paint.getTextSize()),
+          scaleX(std::isfinite(paint.getTextScaleX()) ? paint.getTextScaleX() : 1.0f),
+          features(parseFeatures(paint.getFontFeatureSettings())), baseStyle(paint.glyphStyle()),
+          buffer(hb_buffer_create())
+    {
+        const float spacing = std::isfinite(paint.getLetterSpacing()) ? paint.getLetterSpacing() : 0.0f;
+        halfSpacing = spacing * size * scaleX * 0.5f;
+        const std::vector<std::string> locales = LmLocaleListRegistry::getLocales(paint.getLocaleListId());
+        if (!locales.empty()) language = hb_language_from_string(locales.front().c_str(), -1);
+    }
+    ~Shaping() { hb_buffer_destroy(buffer); }
+    Shaping(const Shaping&) = delete;
+    Shaping& operator=(const Shaping&) = delete;
+
+    // Shapes one run and appends its glyphs at the pen, which it advances; each cluster gets
+    // half the letter spacing on either side.
+    void shapeRun(const FontRun& run, bool rtl, float* pen, LmLayout* layout) const
+    {
+        const std::shared_ptr<LmPlatformFont>& font = run.choice.font;
+        hb_buffer_clear_contents(buffer);
+        hb_buffer_add_utf16(buffer, text + contextStart, (int)contextCount, (unsigned)(run.start - contextStart),
+                            (int)(run.end - run.start));
+        hb_buffer_set_direction(buffer, rtl ? HB_DIRECTION_RTL : HB_DIRECTION_LTR);
+        if (!isNeutralScript(run.script)) hb_buffer_set_script(buffer, run.script);
+        if (language) hb_buffer_set_language(buffer, language);
+        hb_buffer_guess_segment_properties(buffer);
+        hb_font_t* hbFont = hb_font_create(font->GetHbFace());
+        hb_shape(hbFont, buffer, features.empty() ? nullptr : features.data(), (unsigned)features.size());
+        hb_font_destroy(hbFont);
+
+        unsigned n = 0;
+        const hb_glyph_info_t* info = hb_buffer_get_glyph_infos(buffer, &n);
+        const hb_glyph_position_t* pos = hb_buffer_get_glyph_positions(buffer, nullptr);
+        // Shaped in font units; one unit is size / unitsPerEm pixels, widened by scale X.
+        const float unit = size / (float)font->GetUnitsPerEm();
+        const float unitX = unit * scaleX;
+        LmGlyphStyle style = baseStyle;
+        if (run.choice.fakery.fakeBold) style.embolden = true;
+        if (run.choice.fakery.fakeItalic) style.skewX -= 0.25f;
+        for (unsigned g = 0; g < n; g++) {
+            const bool clusterStart = g == 0 || info[g].cluster != info[g - 1].cluster;
+            if (clusterStart) *pen += g == 0 ? halfSpacing : 2.0f * halfSpacing;
+            LmLayout::Glyph glyph;
+            glyph.font = font;
+            glyph.fakery = run.choice.fakery;
+            glyph.glyphId = info[g].codepoint;
+            glyph.x = *pen + (float)pos[g].x_offset * unitX;
+            glyph.y = -(float)pos[g].y_offset * unit;
+            layout->appendGlyph(glyph);
+            LmGlyphBox box;
+            if (font->GetGlyphBounds(glyph.glyphId, style, &box)) {
+                box.left += glyph.x;
+                box.right += glyph.x;
+                box.top += glyph.y;
+                box.bottom += glyph.y;
+                layout->joinBounds(box);
+            }
+            *pen += (float)pos[g].x_advance * unitX;
+        }
+        if (n > 0) *pen += halfSpacing;
+    }
+
+private:
+    const uint16_t* text;
+    size_t contextStart;
+    size_t contextCount;
+    float size;
+    float scaleX;
+    float halfSpacing = 0.0f;
+    std::vector<hb_feature_t> features;
+    hb_language_t language = nullptr;
+    LmGlyphStyle baseStyle;
+    hb_buffer_t* buffer;
+};
+
+// Whole pixels, rounded outward, so a mask cut to the bounds loses no ink.
+void roundBoundsOutward(LmLayout* layout)
+{
+    LmGlyphBox b = layout->getBounds();
+    if (b.empty()) return;
+    b.left = std::floor(b.left);
+    b.top = std::floor(b.top);
+    b.right = std::ceil(b.right);
+    b.bottom = std::ceil(b.bottom);
+    layout->setBounds(b);
+}
+
 } // namespace
 
 void LmLayoutUtils::populateRunFont(LmPaint* paint, const std::shared_ptr<LmPlatformFont>& font,
@@ -176,90 +281,21 @@ LmLayout LmLayoutUtils::doLayout(const LmPaint& paint, int bidi, const LmTypefac
                                  size_t bufSize, size_t start, size_t count, size_t contextStart, size_t contextCount)
 {
     LmLayout layout;
+    if (!typeface || !text || !usableRange(bufSize, start, count, &contextStart, &contextCount)) return layout;
     const float size = paint.getTextSize();
-    if (!typeface || !text || count == 0 || start > bufSize || count > bufSize - start) return layout;
     if (!std::isfinite(size) || size <= 0.0f || size > kMaxTextSize) return layout;
-    // A context that does not hold the range, or passes the buffer, shrinks to the range.
-    if (contextStart > start || contextStart > bufSize || contextCount > bufSize - contextStart ||
-        contextStart + contextCount < start + count) {
-        contextStart = start;
-        contextCount = count;
-    }
-    if (contextCount > 0x7FFFFFFF) return layout;
 
-    const float scaleX = std::isfinite(paint.getTextScaleX()) ? paint.getTextScaleX() : 1.0f;
-    const float spacing = std::isfinite(paint.getLetterSpacing()) ? paint.getLetterSpacing() : 0.0f;
-    const float halfSpacing = spacing * size * scaleX * 0.5f;
-    const std::vector<hb_feature_t> features = parseFeatures(paint.getFontFeatureSettings());
-    hb_language_t language = nullptr;
-    const std::vector<std::string> locales = LmLocaleListRegistry::getLocales(paint.getLocaleListId());
-    if (!locales.empty()) language = hb_language_from_string(locales.front().c_str(), -1);
-
-    hb_buffer_t* buffer = hb_buffer_create();
+    const Shaping shaping(paint, text, contextStart, contextCount);
     float pen = 0.0f;
-    const LmGlyphStyle baseStyle = paint.glyphStyle();
-
     for (const BidiRun& br : bidiRuns(bidi, text, start, count, contextStart, contextCount)) {
         std::vector<FontRun> runs = fontRuns(*typeface, paint.getFamilyVariant(), text, br.start, br.end);
         for (size_t k = 0; k < runs.size(); k++) {
             const FontRun& run = runs[br.rtl ? runs.size() - 1 - k : k];
-            const std::shared_ptr<LmPlatformFont>& font = run.choice.font;
-            if (!font) continue;
-            hb_buffer_clear_contents(buffer);
-            hb_buffer_add_utf16(buffer, text + contextStart, (int)contextCount, (unsigned)(run.start - contextStart),
-                                (int)(run.end - run.start));
-            hb_buffer_set_direction(buffer, br.rtl ? HB_DIRECTION_RTL : HB_DIRECTION_LTR);
-            if (!isNeutralScript(run.script)) hb_buffer_set_script(buffer, run.script);
-            if (language) hb_buffer_set_language(buffer, language);
-            hb_buffer_guess_segment_properties(buffer);
-            hb_font_t* hbFont = hb_font_create(font->GetHbFace());
-            hb_shape(hbFont, buffer, features.empty() ? nullptr : features.data(), (unsigned)features.size());
-            hb_font_destroy(hbFont);
-
-            unsigned n = 0;
-            const hb_glyph_info_t* info = hb_buffer_get_glyph_infos(buffer, &n);
-            const hb_glyph_position_t* pos = hb_buffer_get_glyph_positions(buffer, nullptr);
-            // Shaped in font units; one unit is size / unitsPerEm pixels, widened by scale X.
-            const float unit = size / (float)font->GetUnitsPerEm();
-            const float unitX = unit * scaleX;
-            LmGlyphStyle style = baseStyle;
-            if (run.choice.fakery.fakeBold) style.embolden = true;
-            if (run.choice.fakery.fakeItalic) style.skewX -= 0.25f;
-            for (unsigned g = 0; g < n; g++) {
-                const bool clusterStart = g == 0 || info[g].cluster != info[g - 1].cluster;
-                if (clusterStart) pen += g == 0 ? halfSpacing : 2.0f * halfSpacing;
-                LmLayout::Glyph glyph;
-                glyph.font = font;
-                glyph.fakery = run.choice.fakery;
-                glyph.glyphId = info[g].codepoint;
-                glyph.x = pen + (float)pos[g].x_offset * unitX;
-                glyph.y = -(float)pos[g].y_offset * unit;
-                layout.appendGlyph(glyph);
-                LmGlyphBox box;
-                if (font->GetGlyphBounds(glyph.glyphId, style, &box)) {
-                    box.left += glyph.x;
-                    box.right += glyph.x;
-                    box.top += glyph.y;
-                    box.bottom += glyph.y;
-                    layout.joinBounds(box);
-                }
-                pen += (float)pos[g].x_advance * unitX;
-            }
-            if (n > 0) pen += halfSpacing;
+            if (run.choice.font) shaping.shapeRun(run, br.rtl, &pen, &layout);
         }
     }
-    hb_buffer_destroy(buffer);
-
     layout.setAdvance(pen);
-    // Whole pixels, rounded outward, so a mask cut to the bounds loses no ink.
-    LmGlyphBox b = layout.getBounds();
-    if (!b.empty()) {
-        b.left = std::floor(b.left);
-        b.top = std::floor(b.top);
-        b.right = std::ceil(b.right);
-        b.bottom = std::ceil(b.bottom);
-        layout.setBounds(b);
-    }
+    roundBoundsOutward(&layout);
     return layout;
 }
 

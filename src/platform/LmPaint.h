@@ -14,20 +14,15 @@ namespace LmFontEffect {
 // glyph run being drawn (set per run while a layout is walked). A plain value type.
 class LmPaint {
 public:
-    // Bits of the platform paint's flag word that change drawing.
+    // Bits of the platform paint's flag word that change drawing; the others are kept but
+    // ignored.
     enum JavaFlags : uint32_t {
         kAntiAliasFlag = 0x01,
-        kUnderlineTextFlag = 0x08,
-        kStrikeThruTextFlag = 0x10,
         kFakeBoldTextFlag = 0x20,
-        kLinearTextFlag = 0x40,
-        kSubpixelTextFlag = 0x80,
     };
-    enum Align { kAlignLeft = 0, kAlignCenter = 1, kAlignRight = 2 };
-    enum Style { kFillStyle = 0, kStrokeStyle = 1, kStrokeAndFillStyle = 2 };
     enum FamilyVariant { kVariantDefault = 0, kVariantCompact = 1, kVariantElegant = 2 };
 
-    // Defaults: 12 px, no scale or skew, anti-aliased, left aligned, fill.
+    // Defaults: 12 px, no scale or skew, anti-aliased.
     LmPaint() = default;
 
     void setTextSize(float size) { mTextSize = size; }
@@ -53,10 +48,6 @@ public:
     // Id from LmLocaleListRegistry; its first locale is the shaping language.
     void setLocaleListId(uint32_t id) { mLocaleListId = id; }
     uint32_t getLocaleListId() const { return mLocaleListId; }
-    void setTextAlign(int align) { mAlign = align; }
-    int getTextAlign() const { return mAlign; }
-    void setStyle(int style) { mStyle = style; }
-    int getStyle() const { return mStyle; }
 
     // The font of the glyph run being drawn.
     void setRunFont(std::shared_ptr<LmPlatformFont> font) { mRunFont = std::move(font); }
@@ -75,8 +66,6 @@ private:
     uint32_t mJavaFlags = kAntiAliasFlag;
     std::string mFontFeatureSettings;
     uint32_t mLocaleListId = 0;
-    int mAlign = kAlignLeft;
-    int mStyle = kFillStyle;
     std::shared_ptr<LmPlatformFont> mRunFont;
 };
 

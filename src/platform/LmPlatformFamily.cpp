@@ -4,9 +4,8 @@
 
 namespace LmFontEffect {
 
-LmPlatformFamily::LmPlatformFamily(uint32_t localeListId, int variant, std::vector<LmStyledFont> fonts,
-                                   bool customFallback)
-    : mLocaleListId(localeListId), mVariant(variant), mCustomFallback(customFallback)
+LmPlatformFamily::LmPlatformFamily(uint32_t localeListId, int variant, std::vector<LmStyledFont> fonts)
+    : mLocaleListId(localeListId), mVariant(variant)
 {
     for (LmStyledFont& f : fonts) {
         if (f.font) mFonts.push_back(std::move(f));

@@ -12,11 +12,10 @@ namespace LmFontEffect {
 // locale list (0: any) in one variant (0 default, 1 compact, 2 elegant).
 class LmPlatformFamily {
 public:
-    LmPlatformFamily(uint32_t localeListId, int variant, std::vector<LmStyledFont> fonts, bool customFallback);
+    LmPlatformFamily(uint32_t localeListId, int variant, std::vector<LmStyledFont> fonts);
 
     uint32_t getLocaleListId() const { return mLocaleListId; }
     int getVariant() const { return mVariant; }
-    bool isCustomFallback() const { return mCustomFallback; }
     const std::vector<LmStyledFont>& getFonts() const { return mFonts; }
     size_t getNumFonts() const { return mFonts.size(); }
 
@@ -31,7 +30,6 @@ private:
     uint32_t mLocaleListId;
     int mVariant;
     std::vector<LmStyledFont> mFonts;
-    bool mCustomFallback;
 };
 
 } // namespace LmFontEffect

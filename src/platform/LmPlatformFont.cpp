@@ -93,17 +93,11 @@ std::shared_ptr<LmPlatformFont> LmPlatformFont::MakeFromData(const unsigned char
     font->mHbFont = hb_font_create(font->mHbFace);
     hb_font_make_immutable(font->mHbFont);
 
-    font->mIndex = index;
     font->mUnitsPerEm = face->units_per_EM;
     font->mAscender = face->ascender;
     font->mDescender = face->descender;
 
     const TT_OS2* os2 = static_cast<const TT_OS2*>(FT_Get_Sfnt_Table(face, FT_SFNT_OS2));
-    if (os2 && os2->version != 0xFFFF && os2->usWeightClass >= 1 && os2->usWeightClass <= 1000) {
-        font->mWeight = os2->usWeightClass;
-    } else {
-        font->mWeight = (face->style_flags & FT_STYLE_FLAG_BOLD) ? 700 : 400;
-    }
     // fsSelection bit 9 marks an oblique face, which serves as italic as well.
     font->mItalic = (face->style_flags & FT_STYLE_FLAG_ITALIC) != 0 ||
                     (os2 && os2->version != 0xFFFF && (os2->fsSelection & (1u << 9)) != 0);

@@ -33,15 +33,11 @@ public:
     LmPlatformFont(const LmPlatformFont&) = delete;
     LmPlatformFont& operator=(const LmPlatformFont&) = delete;
 
-    // Usual weight class (100..900) from the OS/2 table; 700 for a face flagged bold without
-    // one, else 400.
-    int GetNaturalWeight() const { return mWeight; }
     // Whether the face is italic or oblique by its style flags or OS/2 selection.
     bool IsNaturalItalic() const { return mItalic; }
     bool HasGlyph(uint32_t codePoint) const;
     uint32_t GetGlyphId(uint32_t codePoint) const;
     int GetUnitsPerEm() const { return mUnitsPerEm; }
-    int GetIndex() const { return mIndex; }
 
     // Typographic ascent at a pixel size: negative (above the baseline, y down).
     float GetAscent(float size) const;
@@ -69,10 +65,8 @@ private:
     FT_FaceRec_* mFace = nullptr;
     hb_face_t* mHbFace = nullptr;
     hb_font_t* mHbFont = nullptr;  // immutable, font units: glyph look-ups
-    int mWeight = 400;
     bool mItalic = false;
     int mUnitsPerEm = 1000;
-    int mIndex = 0;
     int mAscender = 0;   // font units, y up
     int mDescender = 0;  // font units, y up (negative below the baseline)
     mutable std::mutex mMutex;

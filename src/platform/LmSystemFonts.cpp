@@ -1,19 +1,11 @@
 #include "platform/LmSystemFonts.h"
 
-#include "foundation/List.h"
-#include "foundation/LmString.h"
-#include "platform/LmLocaleListRegistry.h"
-#include "text/FontEntry.h"
-#include "text/FontManager.h"
-#include "text/LmFontFamily.h"
-
 #include <fontconfig/fontconfig.h>
 
 #include <algorithm>
 #include <cstdlib>
 #include <mutex>
 #include <set>
-#include <vector>
 
 namespace LmFontEffect {
 
@@ -37,12 +29,6 @@ const ScriptFallback kScripts[] = {
     {"und-Sinh", "si", 0x0D85},   {"und-Armn", "hy", 0x0531},   {"und-Geor", "ka", 0x10D0},
     {"und-Ethi", "am", 0x1200},   {"und-Khmr", "km", 0x1780},   {"und-Laoo", "lo", 0x0E81},
     {"und-Mymr", "my", 0x1000},   {"und-Tibt", "bo", 0x0F40},
-};
-
-struct FaceInfo {
-    std::string file;
-    int index;
-    int weight;  // 1..1000
 };
 
 FcConfig* gConfig = nullptr;
@@ -93,9 +79,9 @@ bool isUprightOutline(FcPattern* p)
 }
 
 // Upright, normal-width outline faces of a family, lightest first.
-std::vector<FaceInfo> familyFaces(const std::string& family)
+std::vector<LmSystemFonts::Face> familyFaces(const std::string& family)
 {
-    std::vector<FaceInfo> faces;
+    std::vector<LmSystemFonts::Face> faces;
     FcPattern* pattern = FcPatternCreate();
     FcPatternAddString(pattern, FC_FAMILY, reinterpret_cast<const FcChar8*>(family.c_str()));
     FcObjectSet* objects = FcObjectSetBuild(FC_FILE, FC_INDEX, FC_WEIGHT, FC_SLANT, FC_WIDTH, FC_OUTLINE, nullptr);
@@ -103,8 +89,8 @@ std::vector<FaceInfo> familyFaces(const std::string& family)
     if (set) {
         for (int i = 0; i < set->nfont; i++) {
             FcPattern* p = set->fonts[i];
-            FaceInfo face;
-            if (!getString(p, FC_FILE, &face.file) || !isUprightOutline(p)) continue;
+            LmSystemFonts::Face face;
+            if (!getString(p, FC_FILE, &face.path) || !isUprightOutline(p)) continue;
             if (getNumber(p, FC_WIDTH, FC_WIDTH_NORMAL) != FC_WIDTH_NORMAL) continue;
             face.index = getNumber(p, FC_INDEX, 0);
             face.weight = FcWeightToOpenType(getNumber(p, FC_WEIGHT, FC_WEIGHT_REGULAR));
@@ -115,8 +101,8 @@ std::vector<FaceInfo> familyFaces(const std::string& family)
     }
     FcObjectSetDestroy(objects);
     FcPatternDestroy(pattern);
-    std::sort(faces.begin(), faces.end(), [](const FaceInfo& a, const FaceInfo& b) {
-        return a.weight != b.weight ? a.weight < b.weight : a.file < b.file;
+    std::sort(faces.begin(), faces.end(), [](const LmSystemFonts::Face& a, const LmSystemFonts::Face& b) {
+        return a.weight != b.weight ? a.weight < b.weight : a.path < b.path;
     });
     return faces;
 }
@@ -147,38 +133,20 @@ bool bestFamily(const char* query, FcChar32 sample, std::string* family)
     return found;
 }
 
-LmFontFamily* newFamily(const std::vector<FaceInfo>& faces, uint32_t localeListId)
-{
-    LmFontFamily* family = new LmFontFamily();
-    family->localeListId = localeListId;
-    family->fonts = new List();
-    family->fonts->Construct();
-    for (const FaceInfo& face : faces) {
-        FontEntry* entry = new FontEntry();
-        entry->path = new LmString();
-        entry->path->Construct(face.file.c_str());
-        entry->ttcIndex = face.index;
-        entry->weight = face.weight;
-        family->fonts->Add(entry);
-    }
-    return family;
-}
-
 } // namespace
 
-int LmSystemFonts::CollectFamilies(List* families)
+std::vector<LmSystemFonts::Family> LmSystemFonts::ListFamilies()
 {
-    if (!families || !config()) return 0;
-    int added = 0;
+    std::vector<Family> families;
+    if (!config()) return families;
     std::set<std::string> taken;
 
     std::string defaultFamily;
     if (bestFamily("sans-serif", 'A', &defaultFamily)) {
-        std::vector<FaceInfo> faces = familyFaces(defaultFamily);
+        std::vector<Face> faces = familyFaces(defaultFamily);
         if (!faces.empty()) {
-            families->Add(newFamily(faces, 0));
+            families.push_back({defaultFamily, std::string(), std::move(faces)});
             taken.insert(defaultFamily);
-            added++;
         }
     }
     for (const ScriptFallback& script : kScripts) {
@@ -186,30 +154,11 @@ int LmSystemFonts::CollectFamilies(List* families)
         std::string name;
         // A script the default family covers needs no fallback of its own.
         if (!bestFamily(query.c_str(), script.sample, &name) || taken.count(name)) continue;
-        std::vector<FaceInfo> faces = familyFaces(name);
+        std::vector<Face> faces = familyFaces(name);
         if (faces.empty()) continue;
-        families->Add(newFamily(faces, LmLocaleListRegistry::registerLocaleList(script.locale)));
-        added++;
+        families.push_back({name, script.locale, std::move(faces)});
     }
-    return added;
-}
-
-bool LmSystemFonts::InstallSystemFonts()
-{
-    FontManager* manager = FontManager::GetInstance();
-    if (manager->IsSystemFontFamiliesAlreadySet()) return true;
-    List* list = new List();
-    list->Construct();
-    CollectFamilies(list);
-    const int n = list->GetCount();
-    for (int i = 0; i < n; i++) {
-        LmFontFamily* family = static_cast<LmFontFamily*>(list->Get(i));
-        if (family->localeListId == 0) family->loaded = manager->BuildMinikinFamily(family);
-    }
-    if (manager->SetSystemFontFamilies(list) && manager->GetSystemFontFamilies() == list) return true;
-    for (int i = 0; i < n; i++) delete static_cast<LmFontFamily*>(list->Get(i));
-    delete list;
-    return manager->IsSystemFontFamiliesAlreadySet();
+    return families;
 }
 
 std::string LmSystemFonts::FindFontFile(const char* familyName, int weight, bool italic)

@@ -2,28 +2,31 @@
 #define LMFONTEFFECT_PLATFORM_LMSYSTEMFONTS_H
 
 #include <string>
+#include <vector>
 
 namespace LmFontEffect {
 
-class List;
-
-// The machine's fonts through fontconfig, as the records the Java bridge builds from the
-// platform's font configuration.
+// The machine's fonts through fontconfig. This only discovers them; the text layer turns
+// the list into its font families.
 class LmSystemFonts {
 public:
-    // Appends to `families` new LmFontFamily records (with FontEntry fonts; the caller owns
-    // them): first the default sans-serif family (no locale, loaded at once by the font
-    // manager), then one family per script the machine has a font for, carrying the locale
-    // list that the text object registers for that script ("zh-Hans", "zh-Hant", "ja", "ko",
-    // "und-Arab", ...) and left unloaded so the font manager loads it on demand. Italic faces
-    // are left out. Returns the number of families appended, 0 when fontconfig finds nothing
-    // or `families` is null.
-    static int CollectFamilies(List* families);
+    struct Face {
+        std::string path;
+        int index = 0;     // face index inside a collection
+        int weight = 400;  // 1..1000
+    };
+    struct Family {
+        std::string name;
+        std::string locale;  // empty for the default family
+        std::vector<Face> faces;
+    };
 
-    // Collects the families, hands them to FontManager::SetSystemFontFamilies and builds the
-    // ones loaded at once. True when the font manager holds a system list afterwards (also
-    // when one was set before, which is then kept).
-    static bool InstallSystemFonts();
+    // The installed families text is drawn with: first the default sans-serif family (no
+    // locale), then one family per script the default does not cover and the machine has a
+    // font for, with the locale the text object registers for that script ("zh-Hans",
+    // "zh-Hant", "ja", "ko", "und-Arab", ...). Only upright, normal-width outline faces are
+    // listed, lightest first. Empty when fontconfig finds nothing.
+    static std::vector<Family> ListFamilies();
 
     // Path of the installed font file fontconfig matches best for a family name (or a generic
     // name such as "sans-serif") at a weight (100..900) and slant, after its usual

@@ -317,7 +317,7 @@ bool FontManager::GetMinikinFontFamilies(LmString* familyName,
         if (user.find("/system/fonts/Roboto-") == std::string::npos && GetMinikinFont(font, userFont, 0)) {
             std::vector<LmStyledFont> fonts;
             fonts.emplace_back(font, weight, italic);
-            families.push_back(std::make_shared<LmPlatformFamily>(0, 0, std::move(fonts), false));
+            families.push_back(std::make_shared<LmPlatformFamily>(0, 0, std::move(fonts)));
         }
     }
 
@@ -336,7 +336,7 @@ bool FontManager::GetMinikinFontFamilies(LmString* familyName,
         }
         if (!fonts.empty())
             families.push_back(
-                std::make_shared<LmPlatformFamily>(family->localeListId, family->variant, std::move(fonts), false));
+                std::make_shared<LmPlatformFamily>(family->localeListId, family->variant, std::move(fonts)));
     }
     if (verbose && familyCount > 0)
         LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "GetMinikinFontFamilies <<< GetMinikinFontFamilies");

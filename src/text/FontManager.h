@@ -53,10 +53,9 @@ public:
     void ClearFontMaps();
     void ClearFontFamilies();
 
-    // The registry's state, for inspection.
-    LmFontManagerImpl* GetImpl() { return impl; }
-
 private:
+    friend class FontManagerPeer;  // the tests' view of the registry's state
+
     FontManager();
     // Reports error 8 at the site when the registry has no state.
     bool NoImpl(int site) const;

@@ -73,9 +73,7 @@ LmGlyph* newLineGlyph(const LmLayout& layout)
 void LmFontDrawing::DrawTextFunctor::operator()(unsigned start, unsigned end)
 {
     if (end <= start || !canvas) return;
-    LmPaint runPaint = paint;
-    runPaint.setStyle(LmPaint::kFillStyle);
-    LmGlyphRun run(runPaint, end - start, bounds);
+    LmGlyphRun run(paint, end - start);
     uint32_t* ids = run.glyphs();
     float* pos = run.positions();
     for (unsigned i = start; i < end; i++) {
@@ -182,57 +180,57 @@ void LmFontDrawing::DrawTextEffect(LmTextObject* textObject, LmBitmap* dst)
     std::shared_ptr<LmTypeface> typeface =
         LmTypeface::createFromFamilies(std::move(families), weight, textObject->isItalicTextStyle());
 
-    const int leftOffset = effect->getLeftOffset();
-    const int topOffset = effect->getTopOffset();
     char16_t* utf16 = text->GetUTF16();
     const int textLength = text->GetUTF16Size();
-    const uint16_t* units = reinterpret_cast<const uint16_t*>(utf16);
-
     const int count = lines->GetCount();
     for (int i = 0; i < count; i++) {
         LineInfo* line = static_cast<LineInfo*>(lines->Get(i));
-        if (!line) continue;
-        ClearGlyphList();
-
-        const int x = line->x;
-        const int baseline = line->baseline;
-        const int start = line->start;
-        const int end = line->end;
-        const int direction = line->direction;
-        const int bidi = direction < 0 ? LmLayoutUtils::kBidiDefaultRTL : LmLayoutUtils::kBidiDefaultLTR;
-
-        // The scan reads only units inside the text.
-        const int scanFrom = start < textLength ? start : textLength - 1;
-        const int contextStart = utf16 ? FindContextStart(utf16, scanFrom) : 0;
-        const long long contextCount = (long long)end - contextStart;
-
-        LmLayout layout;
-        if (utf16 && start >= 0 && end >= start && contextCount >= 0) {
-            layout = LmLayoutUtils::doLayout(paint, bidi, typeface.get(), units, (size_t)textLength, (size_t)start,
-                                             (size_t)(end - start), (size_t)contextStart, (size_t)contextCount);
-        }
-
-        LmGlyph* glyph = newLineGlyph(layout);
-        LmAlphaCanvas canvas(glyph->pixels, glyph->width, glyph->height);
-        canvas.clear();
-        LmGlyphBox bounds = layout.getBounds();
-        DrawTextFunctor functor(layout, &canvas, paint, &bounds);
-        LmLayoutUtils::forFontRun(layout, &paint, functor);
-        glyphList->Add(glyph);
-
-        _DoRender(leftOffset, toFixed26_6((long long)x + leftOffset), toFixed26_6((long long)baseline + topOffset),
-                  glyphList, effect, direction);
-
-        line->bounds.left = x + leftOffset;
-        line->bounds.top += topOffset;
-        line->bounds.bottom += topOffset;
-        line->bounds.right = line->bounds.left + lmToInt(layout.getAdvance());
+        if (line) DrawLine(line, utf16, textLength, paint, typeface.get(), effect);
     }
 
     typeface.reset();
     effect->doEffectPostProcessing();
     effect->compositeLayers(dst);
     delete[] utf16;
+}
+
+void LmFontDrawing::DrawLine(LineInfo* line, const char16_t* utf16, int textLength, LmPaint& paint,
+                             const LmTypeface* typeface, LmEffect* effect)
+{
+    ClearGlyphList();
+    const int leftOffset = effect->getLeftOffset();
+    const int topOffset = effect->getTopOffset();
+    const int start = line->start;
+    const int end = line->end;
+    const int bidi = line->direction < 0 ? LmLayoutUtils::kBidiDefaultRTL : LmLayoutUtils::kBidiDefaultLTR;
+
+    // The scan reads only units inside the text.
+    const int scanFrom = start < textLength ? start : textLength - 1;
+    const int contextStart = utf16 ? FindContextStart(utf16, scanFrom) : 0;
+    const long long contextCount = (long long)end - contextStart;
+
+    LmLayout layout;
+    if (utf16 && start >= 0 && end >= start && contextCount >= 0) {
+        layout = LmLayoutUtils::doLayout(paint, bidi, typeface, reinterpret_cast<const uint16_t*>(utf16),
+                                         (size_t)textLength, (size_t)start, (size_t)(end - start),
+                                         (size_t)contextStart, (size_t)contextCount);
+    }
+
+    LmGlyph* glyph = newLineGlyph(layout);
+    LmAlphaCanvas canvas(glyph->pixels, glyph->width, glyph->height);
+    canvas.clear();
+    LmGlyphBox bounds = layout.getBounds();
+    DrawTextFunctor functor(layout, &canvas, paint, &bounds);
+    LmLayoutUtils::forFontRun(layout, &paint, functor);
+    glyphList->Add(glyph);
+
+    _DoRender(leftOffset, toFixed26_6((long long)line->x + leftOffset),
+              toFixed26_6((long long)line->baseline + topOffset), glyphList, effect, line->direction);
+
+    line->bounds.left = line->x + leftOffset;
+    line->bounds.top += topOffset;
+    line->bounds.bottom += topOffset;
+    line->bounds.right = line->bounds.left + lmToInt(layout.getAdvance());
 }
 
 void LmFontDrawing::_DoRender(int leftOffset, int x, int y, List* glyphs, LmEffect* effect, int direction)

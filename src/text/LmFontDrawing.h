@@ -12,6 +12,8 @@ class LmBitmap;
 class LmEffect;
 class LmString;
 class LmTextObject;
+class LmTypeface;
+class LineInfo;
 class List;
 
 // Draws a text object's lines: one 8-bit coverage mask per line, placed through the effect
@@ -53,6 +55,11 @@ public:
     static int FindContextStart(const char16_t* text, int start);
 
 private:
+    // Shapes one line, draws it into its mask, places the mask through the stack and moves
+    // the line's box by the stack's margins.
+    void DrawLine(LineInfo* line, const char16_t* utf16, int textLength, LmPaint& paint,
+                  const LmTypeface* typeface, LmEffect* effect);
+
     LmString* familyName = nullptr;
     LmString* fontPath = nullptr;
     List* glyphList = nullptr;

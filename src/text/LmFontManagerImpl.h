@@ -25,13 +25,13 @@ public:
     static std::string FontKey(const char* name, int index);
     static std::string PathKey(const char* name);
 
-    // Fonts keep borrowing their bytes, so buffers are freed only after every font is gone.
+    // Drops the registry's fonts, then frees the bytes they borrow: a font still held
+    // elsewhere (a typeface, a caller's pointer) must not be used afterwards.
     void ClearFontMaps();
     void ClearFontFamilies();
 
     FontManager* owner;
-    // Sizes of the mapped files in units of 1,024,000 bytes (not 2^20: the figure the logs
-    // have always shown).
+    // Sizes of the mapped files in units of 1,024,000 bytes (not 2^20), as the log shows them.
     double totalBufferMB = 0.0;
     std::map<std::string, LmFontData*> fontDataMap;
     std::map<std::string, std::shared_ptr<LmPlatformFont>> fontMap;

@@ -179,19 +179,4 @@ LmTextObject* LmTextInstanceManager::FindLmTextObject(int handle)
     return found->second;
 }
 
-int LmTextInstanceManager::GetBindCount(LmTextObject* object)
-{
-    TableLock lock;
-    State& s = state();
-    auto found = s.bindCounts.find(object);
-    return found == s.bindCounts.end() ? 0 : found->second;
-}
-
-bool LmTextInstanceManager::IsPending(LmTextObject* object)
-{
-    TableLock lock;
-    const std::list<LmTextObject*>& pending = state().pending;
-    return std::find(pending.begin(), pending.end(), object) != pending.end();
-}
-
 } // namespace LmFontEffect

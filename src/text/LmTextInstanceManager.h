@@ -32,10 +32,6 @@ public:
     static void Unlock();
     static int FindLmTextHandle(LmTextObject* object);
     static LmTextObject* FindLmTextObject(int handle);
-
-    // For tests: the bind count of an object (0 when it has no entry) and whether it is parked.
-    static int GetBindCount(LmTextObject* object);
-    static bool IsPending(LmTextObject* object);
 };
 
 } // namespace LmFontEffect

@@ -82,32 +82,28 @@ TEST(LmEffect, FactoryKnowsOnlyKindsWithALayerClass)
 TEST(LmEffect, AddOperationsClampTheirArguments)
 {
     LmEffect e;
-    e.addStrokeText(250, 0xFF102030u, 1, 0, 1);
     auto stroke = [&] { return dynamic_cast<LmStrokeProperty*>(e.getEffect(LM_EFFECT_STROKE)->getProperty()); };
-    EXPECT_EQ(100.0f, stroke()->size);
-    e.addStrokeText(-3, 0, 1, 0, 1);
-    EXPECT_EQ(0.0f, stroke()->size);
-    e.addStrokeText(NAN, 0, NAN, 0, 1);
-    EXPECT_EQ(0.0f, stroke()->size);
-    EXPECT_EQ(0.0f, stroke()->opacity);
-    EXPECT_EQ(0u, stroke()->colour);
-    e.addStrokeText(INFINITY, 0, 1, 0, 1);
-    EXPECT_EQ(100.0f, stroke()->size);
-
-    // Premultiplied colour: each channel (alpha * (c + 1)) >> 8 with alpha (unsigned)(0.5 + o * 255).
-    e.addStrokeText(2, 0x00FF8040u, 0.7f, 0, 1);
-    EXPECT_EQ((179u << 24) | (179u << 16) | (((179u * 129) >> 8) << 8) | ((179u * 65) >> 8), stroke()->colour);
+    // size, colour, opacity in; size, opacity and premultiplied colour out.
+    const struct { float size; unsigned colour; float opacity; float wantSize, wantOpacity; unsigned wantColour; } strokes[] = {
+        {250, 0xFF102030u, 1, 100, 1, 0xFF102030u}, {-3, 0, 1, 0, 1, 0xFF000000u}, {NAN, 0, NAN, 0, 0, 0u},
+        {INFINITY, 0, 1, 100, 1, 0xFF000000u}, {2, 0x00FF8040u, 0.7f, 2, 0.7f, 0xB3B35A2Du}};
+    for (const auto& c : strokes) {
+        e.addStrokeText(c.size, c.colour, c.opacity, 0, 1);
+        EXPECT_EQ(c.wantSize, stroke()->size) << c.size;
+        EXPECT_EQ(c.wantOpacity, stroke()->opacity) << c.size;
+        EXPECT_EQ(c.wantColour, stroke()->colour) << std::hex << c.colour;
+    }
 
     auto shadow = [&] { return dynamic_cast<LmOuterShadowProperty*>(e.getEffect(LM_EFFECT_OUTER_SHADOW)->getProperty()); };
-    e.addOuterShadowText(-30, 5, 3, 0, 1);
-    EXPECT_EQ(330.0f, shadow()->angle);
-    e.addOuterShadowText(725.9f, 5, 3, 0, 1);
-    EXPECT_EQ(5.0f, shadow()->angle);
-    e.addOuterShadowText(NAN, -1e30f, 1e30f, 0, 2);
-    EXPECT_EQ(0.0f, shadow()->angle);
-    EXPECT_EQ(0.0f, shadow()->distance);
-    EXPECT_EQ(100.0f, shadow()->size);
-    EXPECT_EQ(1.0f, shadow()->opacity);
+    const struct { float angle, distance, size, opacity, wantAngle, wantDistance, wantSize, wantOpacity; } shadows[] = {
+        {-30, 5, 3, 1, 330, 5, 3, 1}, {725.9f, 5, 3, 1, 5, 5, 3, 1}, {NAN, -1e30f, 1e30f, 2, 0, 0, 100, 1}};
+    for (const auto& c : shadows) {
+        e.addOuterShadowText(c.angle, c.distance, c.size, 0, c.opacity);
+        EXPECT_EQ(c.wantAngle, shadow()->angle) << c.angle;
+        EXPECT_EQ(c.wantDistance, shadow()->distance) << c.angle;
+        EXPECT_EQ(c.wantSize, shadow()->size) << c.angle;
+        EXPECT_EQ(c.wantOpacity, shadow()->opacity) << c.angle;
+    }
 }
 
 TEST(LmEffect, OffsetsAreTheMaximumOverLayersPerSide)
@@ -236,8 +232,8 @@ TEST(LmEffect, UnpremultiplyWithOverallAlpha)
     std::memcpy(out2.pixels, in2, 8);
     half.initEffect(2, 1);
     half.compositeLayers(&out2);
-    EXPECT_EQ((128u * 256) >> 8, out2.pixels[3]);
-    EXPECT_EQ(((128u * 201) & 0xFF00) / 128, out2.pixels[0]);
+    EXPECT_EQ(128, out2.pixels[3]);
+    EXPECT_EQ(200, out2.pixels[0]);
     EXPECT_EQ(0, out2.pixels[4 + 3]);
     EXPECT_EQ(0, out2.pixels[4]);
 }
@@ -268,16 +264,11 @@ TEST(LmEffect, TwoPassMergeThroughTheMask)
     const unsigned textAlpha = 128; // (unsigned)(0.5 + 0.5 * 255)
     EXPECT_EQ(textAlpha, px(out, 1, 0)[3]);
     e.compositeLayers(&out);
-    // Full coverage: the output shows; no coverage: the under-image shows.
-    auto merge = [](unsigned m, unsigned u, unsigned o) {
-        return std::min(255u, (((255 - m) * (u + 1)) >> 8) + ((m * (o + 1)) >> 8));
-    };
-    unsigned a0 = merge(255, 255, textAlpha);
-    EXPECT_EQ(a0, px(out, 0, 0)[3]);
+    // Full coverage: the output shows; no coverage: the under-image shows; between, a mix.
+    EXPECT_EQ(128, px(out, 0, 0)[3]);
     EXPECT_EQ(255, px(out, 2, 0)[1]);
     EXPECT_EQ(255, px(out, 2, 0)[3]);
-    unsigned a1 = merge(100, 255, textAlpha);
-    EXPECT_EQ(a1, px(out, 1, 0)[3]);
+    EXPECT_EQ(205, px(out, 1, 0)[3]);
 }
 
 TEST(LmEffect, KeyFollowsInsertionOrderAndIncludesTheText)
@@ -307,15 +298,9 @@ TEST(LmEffect, KeyFollowsInsertionOrderAndIncludesTheText)
     EXPECT_STREQ("", empty.get());
 }
 
-TEST(LmTextLayer, FreshLayerAndPropertyCopy)
+TEST(LmTextLayer, DrawsNothingWithoutAPropertyAndCopiesOne)
 {
     LmText t;
-    EXPECT_EQ(12, t.getStyle());
-    EXPECT_EQ(-1, t.getId());
-    EXPECT_EQ(0, t.getLeftOffset());
-    EXPECT_EQ(0, t.getBottomOffset());
-    EXPECT_EQ(nullptr, t.getProperty());
-
     LmBitmap mask(1, 1, 1), target(1, 1, 4);
     mask.pixels[0] = 255;
     LmRect rect(0, 0, 1, 1);
@@ -346,7 +331,7 @@ TEST(LmTextLayer, TwoPassAndOnePassModesDifferOnEdges)
     LmECore::ParamPostProcessing two{&b, &mask, &rect, 1, nullptr};
     t.doPostProcessing(&one);
     t.doPostProcessing(&two);
-    EXPECT_EQ((256u * 100) >> 8, a.pixels[3]);
+    EXPECT_EQ(100, a.pixels[3]);
     EXPECT_EQ(255, b.pixels[3]);
 }
 

@@ -303,7 +303,7 @@ TEST_F(EndToEnd, SystemFamiliesCoverTheCommonScriptsWithoutMissingGlyphs)
 {
     List families;
     families.Construct();
-    ASSERT_GE(LmSystemFonts::CollectFamilies(&families), 2);
+    ASSERT_GE(LmSystemFamilies::Collect(&families), 2);
     // The default family comes first, loads at once and serves any language.
     const LmFontFamily* first = static_cast<const LmFontFamily*>(families.Get(0));
     EXPECT_EQ(0u, first->localeListId);

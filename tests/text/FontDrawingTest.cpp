@@ -77,25 +77,6 @@ TEST(FontDrawingContext, StartsAtTheNewlineBeforeTheLine)
     EXPECT_EQ(0, LmFontDrawing::FindContextStart(text, -4));
 }
 
-TEST(FontDrawingNames, PathAndFamilyAreKeptAndReplaced)
-{
-    LmFontDrawing drawing;
-    drawing.SetFontPath(nullptr);
-    EXPECT_EQ(nullptr, drawing.GetFontPath());
-    drawing.SetFontPath("/a.ttf");
-    LmString* first = drawing.GetFontPath();
-    ASSERT_NE(nullptr, first);
-    drawing.SetFontPath("/a.ttf");
-    drawing.SetFontPath("/b.ttf");
-    drawing.SetFontPath(nullptr);
-    EXPECT_EQ(first, drawing.GetFontPath());
-    EXPECT_EQ(0, drawing.GetFontPath()->CompareTo("/b.ttf"));
-    drawing.SetFontFamilyName("sans");
-    drawing.SetFontFamilyName("serif");
-    EXPECT_EQ(0, drawing.GetFontFamilyName()->CompareTo("serif"));
-    EXPECT_EQ(0, drawing.GetGlyphList()->GetCount());
-}
-
 TEST(FontDrawingPlacement, GlyphsGoToTheirPlaceInListOrderOrBackwards)
 {
     for (int direction : {1, -1}) {
@@ -139,35 +120,6 @@ TEST_F(FontDrawing, MissingTextIsLoggedAndLeavesTheTargetAlone)
     object.GetFont()->DrawTextEffect(&object, nullptr);
 }
 
-TEST_F(FontDrawing, LineMaskIsAdvanceWideAndInkHigh)
-{
-    LmTextObject object;
-    const LmGlyph* glyph = drawLine(object, L"Hxg", 3, paintOf(40.0f));
-    ASSERT_NE(nullptr, glyph);
-    LmLayout layout = layoutOf(u"Hxg", paintOf(40.0f));
-    EXPECT_EQ((unsigned)layout.getAdvance(), glyph->width);
-    EXPECT_EQ((unsigned)(layout.getBounds().bottom - layout.getBounds().top), glyph->height);
-    EXPECT_EQ((int)-layout.getBounds().top, glyph->topOffset);
-    EXPECT_EQ(0, glyph->leftBearing);
-    // 'H' is as high as the ink above the baseline, 'g' reaches the bottom row.
-    bool topRow = false, bottomRow = false;
-    for (int x = 0; x < glyph->width; x++) {
-        topRow = topRow || glyph->pixels[x];
-        bottomRow = bottomRow || glyph->pixels[(size_t)(glyph->height - 1) * glyph->width + x];
-    }
-    EXPECT_TRUE(topRow);
-    EXPECT_TRUE(bottomRow);
-
-    // Spaces have an advance but no ink; an empty range has neither.
-    LmTextObject spaces, none;
-    glyph = drawLine(spaces, L"  ", 2, paintOf(40.0f));
-    ASSERT_NE(nullptr, glyph);
-    EXPECT_EQ(0, glyph->height);
-    glyph = drawLine(none, L"abc", 0, paintOf(40.0f));
-    ASSERT_NE(nullptr, glyph);
-    EXPECT_EQ(0, glyph->width);
-}
-
 TEST_F(FontDrawing, InkLeftOfTheOriginShiftsInAndInkPastTheAdvanceIsCut)
 {
     // A strong right lean pushes the top of the last 'l' past the advance.
@@ -192,13 +144,17 @@ TEST_F(FontDrawing, InkLeftOfTheOriginShiftsInAndInkPastTheAdvanceIsCut)
 
 TEST_F(FontDrawing, TwoFontRunsShareOneMaskAndLeaveThePaintAlone)
 {
-    // The end-to-end tests compare such a line pixel by pixel; here the mask count and the
-    // object's paint, which the per-run settings must not change.
+    // The Han glyph, drawn by the second run, inks the right third of the line's one mask; the
+    // object's paint keeps what the per-run settings changed.
     freshFontManager(true);
     LmTextObject object;
     LmPaint paint = paintOf(40.0f);
     paint.setTextSkewX(-0.2f);
-    ASSERT_NE(nullptr, drawLine(object, L"ab\u4E2D", 3, paint));
-    EXPECT_EQ(1, object.GetFont()->GetGlyphList()->GetCount());
+    const LmGlyph* g = drawLine(object, L"ab\u4E2D", 3, paint);
+    ASSERT_NE(nullptr, g);
+    int hanInk = 0;
+    for (int y = 0; y < g->height; y++)
+        for (int x = g->width * 2 / 3; x < g->width; x++) hanInk += g->pixels[(size_t)y * g->width + x] != 0;
+    EXPECT_GT(hanInk, 50);
     EXPECT_FLOAT_EQ(-0.2f, object.GetPaint().getTextSkewX());
 }

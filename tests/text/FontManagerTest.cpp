@@ -7,6 +7,13 @@
 #include <cstdio>
 #include <random>
 
+namespace LmFontEffect {
+class FontManagerPeer {
+public:
+    static LmFontManagerImpl* impl(FontManager* fm) { return fm->impl; }
+};
+} // namespace LmFontEffect
+
 using namespace LmFontEffect;
 using namespace LmTest;
 
@@ -23,7 +30,7 @@ class FontManagerTest : public ::testing::Test {
 protected:
     void SetUp() override { freshFontManager(false); }
     void TearDown() override { freshFontManager(false); }
-    static LmFontManagerImpl* impl() { return fm->GetImpl(); }
+    static LmFontManagerImpl* impl() { return FontManagerPeer::impl(fm); }
     static FontManager* const fm;
 };
 FontManager* const FontManagerTest::fm = FontManager::GetInstance();

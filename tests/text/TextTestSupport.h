@@ -8,7 +8,7 @@
 #include "platform/LmPaint.h"
 #include "platform/LmPlatformFamily.h"
 #include "platform/LmPlatformFont.h"
-#include "platform/LmSystemFonts.h"
+#include "text/LmSystemFamilies.h"
 #include "platform/LmTypeface.h"
 #include "text/FontEntry.h"
 #include "text/FontManager.h"
@@ -65,7 +65,7 @@ inline std::shared_ptr<LmFontEffect::LmPlatformFamily> familyOf(const std::strin
                                                                  bool italic = false)
 {
     std::vector<LmFontEffect::LmStyledFont> fonts{LmFontEffect::LmStyledFont(loadFont(path), weight, italic)};
-    return std::make_shared<LmFontEffect::LmPlatformFamily>(0, 0, fonts, false);
+    return std::make_shared<LmFontEffect::LmPlatformFamily>(0, 0, fonts);
 }
 
 // Sans (Latin, Greek, Cyrillic, Arabic, Hebrew) first, the CJK font as fallback.
@@ -123,7 +123,7 @@ inline void freshFontManager(bool systemFonts)
     fm->ClearFontMaps();
     fm->ClearFontFamilies();
     if (systemFonts) {
-        ASSERT_TRUE(LmFontEffect::LmSystemFonts::InstallSystemFonts());
+        ASSERT_TRUE(LmFontEffect::LmSystemFamilies::Install());
     }
 }
 
