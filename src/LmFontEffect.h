@@ -40,9 +40,14 @@
 #include "effect/LmTextProperty.h"
 
 #include "filters/LmGaussianBlur.h"
+#include "filters/LmGradientFill.h"
+#include "filters/LmGradientTable.h"
 #include "filters/LmInnerShadow.h"
+#include "filters/LmLinearGradient.h"
 #include "filters/LmMaskBox.h"
 #include "filters/LmOuterShadow.h"
+#include "filters/LmPattern.h"
+#include "filters/LmRadialGradient.h"
 #include "filters/LmStroke.h"
 
 #include "text/FontEntry.h"

@@ -2,7 +2,10 @@
 
 #include "effect/LmText.h"
 #include "filters/LmInnerShadow.h"
+#include "filters/LmLinearGradient.h"
 #include "filters/LmOuterShadow.h"
+#include "filters/LmPattern.h"
+#include "filters/LmRadialGradient.h"
 #include "filters/LmStroke.h"
 
 // The effect stack's factory lives with the filters so that the stack never includes them: one
@@ -15,7 +18,10 @@ LmECore* LmEffect::createEffect(int id, int kind)
     switch (kind) {
     case LM_EFFECT_OUTER_SHADOW: layer = new LmOuterShadow(); break;
     case LM_EFFECT_INNER_SHADOW: layer = new LmInnerShadow(); break;
+    case LM_EFFECT_LINEAR_GRADIENT: layer = new LmLinearGradient(); break;
+    case LM_EFFECT_RADIAL_GRADIENT: layer = new LmRadialGradient(); break;
     case LM_EFFECT_STROKE: layer = new LmStroke(); break;
+    case LM_EFFECT_PATTERN: layer = new LmPattern(); break;
     case LM_EFFECT_TEXT: layer = new LmText(); break;
     default: return nullptr;
     }

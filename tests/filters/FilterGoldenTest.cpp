@@ -6,12 +6,7 @@
 //   LM_UPDATE_GOLDEN=1 ./build/tests/test_filters --gtest_filter='*FilterGolden*'
 // (from the repository root, with build/ being any build folder), look at the new PNGs, and
 // commit them with the change.
-#include "filters/MaskFixtures.h"
-
-#include "effect/LmEffect.h"
-#include "effect/LmGlyph.h"
-#include "raster/LmBitmap.h"
-#include "support/GoldenImage.h"
+#include "filters/GoldenPass.h"
 
 #include <gtest/gtest.h>
 
@@ -20,19 +15,14 @@
 #include <vector>
 
 using namespace LmFontEffect;
-using LmTest::Mask;
+using LmTest::GoldenCase;
+using LmTest::twoPass;
 
 namespace {
 
-Mask disc() { return LmTest::disc(64, 22.3); }
-Mask ring() { return LmTest::ring(80, 34, 21.5); }
-Mask diagonal() { return LmTest::diagonal(72); }
-Mask glyph() { return LmTest::glyph(64, 72); }
+using namespace LmTest::GoldenMasks;
 
 enum : unsigned { RED = 0xFFD02020, BLUE = 0xFF1030A0, GREEN = 0xFF106010 };
-
-// Half text opacity forces two-pass compositing.
-void twoPass(LmEffect& s) { s.setTextOpacity(0.5f); }
 
 void all(LmEffect& s, int strokePosition)
 {
@@ -40,12 +30,6 @@ void all(LmEffect& s, int strokePosition)
     s.addOuterShadowText(135, 6, 5, BLUE, 0.8f);
     s.addInnerShadowText(120, 3, 3, GREEN, 0.7f);
 }
-
-struct GoldenCase {
-    const char* name;
-    Mask (*mask)();
-    void (*addLayers)(LmEffect&);
-};
 
 // Stroke positions: 0 centre, 1 outside, 2 inside.
 const GoldenCase kCases[] = {
@@ -79,34 +63,9 @@ class FilterGolden : public ::testing::TestWithParam<GoldenCase> {};
 
 } // namespace
 
-// One pass as font drawing runs it, with the mask as the only glyph placed inside the margins.
-TEST_P(FilterGolden, MatchesTheStoredImage)
-{
-    const GoldenCase& c = GetParam();
-    const Mask mask = c.mask();
-    LmEffect stack;
-    c.addLayers(stack);
-    stack.addText(0xFFFFFFFF);
+TEST_P(FilterGolden, MatchesTheStoredImage) { EXPECT_TRUE(LmTest::matchesGolden(GetParam())); }
 
-    const int left = stack.getLeftOffset(), top = stack.getTopOffset();
-    const unsigned width = mask.width + left + stack.getRightOffset();
-    const unsigned height = mask.height + top + stack.getBottomOffset();
-    LmBitmap image(width, height, 4);
-    stack.initEffect((int)width, (int)height);
-    stack.setDstBitmap(&image);
-    LmGlyph glyph;
-    glyph.pixels = const_cast<unsigned char*>(mask.pixels.data());
-    glyph.width = (uint16_t)mask.width;
-    glyph.height = (uint16_t)mask.height;
-    stack.renderEffectLayer(left, top, &glyph);
-    stack.doEffectPostProcessing();
-    stack.compositeLayers(&image);
-    ASSERT_NE(image.pixels, nullptr);
-    EXPECT_TRUE(LmTest::GoldenImage::matches(c.name, image.width, image.height, image.pixels));
-}
-
-INSTANTIATE_TEST_SUITE_P(Passes, FilterGolden, ::testing::ValuesIn(kCases),
-                         [](const ::testing::TestParamInfo<GoldenCase>& info) { return std::string(info.param.name); });
+INSTANTIATE_TEST_SUITE_P(Passes, FilterGolden, ::testing::ValuesIn(kCases), LmTest::goldenName);
 
 TEST(FilterGoldenSupport, PngRoundTripKeepsEveryByte)
 {
