@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <cmath>
 #include <vector>
 
@@ -119,4 +120,43 @@ TEST(GradientLayers, TheStackClampsTheStopsTheLayerCopies)
     FilterRun none(rect(20, 4, 0, 0, 20, 4));
     EXPECT_EQ(none.run(*radial), 0);
     EXPECT_TRUE(none.untouched());
+}
+
+TEST(GradientLayers, BadInputDrawsNothingOrStaysInside)
+{
+    const float kNaN = std::nanf("");
+    std::vector<LmGradient> none, three = {{RED, 1, 0.9f}, {GREEN, 1, 0.1f}, {BLUE, 1, kNaN}};
+    const struct {
+        float angle, scale;
+        std::vector<LmGradient>* stops;
+        int drawn;
+    } cases[] = {{0, 1, &none, 0}, {0, 0.05f, &kRamp, 0}, {0, kNaN, &kRamp, 0}, {kNaN, 1, &three, 1},
+                 {-1e30f, 2, &three, 1}, {1e30f, 0.1f, &kRamp, 1}};
+    for (const auto& c : cases)
+        for (int radial = 0; radial < 2; ++radial) {
+            std::unique_ptr<LmECore> layer = radial ? std::unique_ptr<LmECore>(radialOf(c.angle, c.scale, *c.stops))
+                                                    : linearOf(c.angle, c.scale, *c.stops);
+            FilterRun run(disc(16, 5));
+            EXPECT_EQ(run.run(*layer), c.drawn) << c.angle << " " << c.scale << " " << radial;
+            EXPECT_TRUE(c.drawn || run.untouched());
+            // Missing pieces, empty and outlandish boxes.
+            LmBitmap noPixels;
+            const LmECore::ParamPostProcessing missing[] = {{&run.target, &run.mask, nullptr, 0, nullptr},
+                                                            {nullptr, &run.mask, &run.textRect, 0, nullptr},
+                                                            {&run.target, &noPixels, &run.textRect, 0, nullptr}};
+            for (LmECore::ParamPostProcessing pp : missing) EXPECT_EQ(layer->doPostProcessing(&pp), 0);
+            EXPECT_EQ(layer->doPostProcessing(nullptr), 0);
+            for (const LmRect& box : {LmRect(4, 4, 4, 9), LmRect(30, 30, 40, 40), LmRect(9, 9, 3, 3)}) {
+                run.textRect = box;
+                EXPECT_EQ(run.run(*layer), 0);
+            }
+            run.textRect = LmRect(INT_MIN, INT_MIN, INT_MAX, INT_MAX);
+            EXPECT_EQ(run.run(*layer), c.drawn);
+        }
+    // A stop array given with a count of 0, or a count without an array.
+    LmLinearGradientProperty noArray(0, 1, 1, 3, nullptr), zero(0, 1, 1, 0, kRamp.data());
+    for (LmLinearGradientProperty* p : {&noArray, &zero}) {
+        FilterRun run(disc(16, 5));
+        EXPECT_EQ(run.run(*layerWith<LmLinearGradient>(*p)), 0);
+    }
 }
