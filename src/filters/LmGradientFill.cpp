@@ -23,12 +23,15 @@ void LmGradientFill::setProperty(LmProperty* p)
 {
     const LmGradientProperty* g = dynamic_cast<const LmGradientProperty*>(p);
     if (!g) return;
+    // Built before the old record goes, so that a layer can be given its own record.
+    LmGradientProperty* copy = makeRecord(*g);
+    if (copy && g->stops && g->stopCount > 0) {
+        LmMaskBox::Block<LmGradient> stops = LmMaskBox::allocate<LmGradient>(g->stopCount, false);
+        if (stops) std::memcpy(static_cast<void*>(stops.get()), g->stops, (size_t)g->stopCount * sizeof(LmGradient));
+        copy->stops = stops.release();
+    }
     release();
-    property = makeRecord(*g);
-    if (!property || !g->stops || g->stopCount <= 0) return;
-    LmMaskBox::Block<LmGradient> copy = LmMaskBox::allocate<LmGradient>(g->stopCount, false);
-    if (copy) std::memcpy(static_cast<void*>(copy.get()), g->stops, (size_t)g->stopCount * sizeof(LmGradient));
-    property->stops = copy.release();
+    property = copy;
 }
 
 LmProperty* LmGradientFill::getProperty() { return property; }

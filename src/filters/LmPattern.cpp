@@ -25,10 +25,12 @@ void LmPattern::setProperty(LmProperty* p)
 {
     const LmPatternProperty* src = dynamic_cast<const LmPatternProperty*>(p);
     if (!src) return;
+    // Built before the old record goes, so that a layer can be given its own record.
+    LmPatternProperty* copy = new (std::nothrow) LmPatternProperty(src->pattern, src->scale, src->opacity);
+    if (copy && src->pattern) copy->pattern = new (std::nothrow) LmBitmap(*src->pattern);
     if (property) delete property->pattern;
     delete property;
-    property = new (std::nothrow) LmPatternProperty(src->pattern, src->scale, src->opacity);
-    if (property && src->pattern) property->pattern = new (std::nothrow) LmBitmap(*src->pattern);
+    property = copy;
 }
 
 LmProperty* LmPattern::getProperty() { return property; }

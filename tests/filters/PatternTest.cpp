@@ -43,8 +43,10 @@ TEST(PatternLayer, TilesFromTheBoxCorner)
     LmEffect stack;
     stack.addPatternText(&tile, 1, 1);
     tile.pixels[0] = 0; // the layer keeps its own copy
+    LmECore* layer = stack.getEffect(LM_EFFECT_PATTERN);
+    layer->setProperty(layer->getProperty());
     FilterRun run(rect(8, 6, 3, 1, 8, 6));
-    EXPECT_EQ(run.run(*stack.getEffect(LM_EFFECT_PATTERN)), 1);
+    EXPECT_EQ(run.run(*layer), 1);
     auto pixel = [&](int x, int y) { return std::vector<int>(&run.target.pixels[(y * 8 + x) * 4], &run.target.pixels[(y * 8 + x) * 4 + 4]); };
     EXPECT_EQ(pixel(3, 1), std::vector<int>({251, 0, 0, 253})); // a uniform 255 samples to 253
     EXPECT_EQ(pixel(4, 1), std::vector<int>({0, 126, 0, 127}));
