@@ -7,15 +7,21 @@
 #include "effect/LmGlyph.h"
 #include "effect/LmInnerGlowProperty.h"
 #include "effect/LmInnerShadowProperty.h"
+#include "effect/LmLinearGradientProperty.h"
 #include "effect/LmOuterGlowProperty.h"
 #include "effect/LmOuterShadowProperty.h"
+#include "effect/LmPatternProperty.h"
+#include "effect/LmRadialGradientProperty.h"
 #include "effect/LmStrokeProperty.h"
 #include "filters/LmBevel.h"
 #include "filters/LmEmboss.h"
 #include "filters/LmInnerGlow.h"
 #include "filters/LmInnerShadow.h"
+#include "filters/LmLinearGradient.h"
 #include "filters/LmOuterGlow.h"
 #include "filters/LmOuterShadow.h"
+#include "filters/LmPattern.h"
+#include "filters/LmRadialGradient.h"
 #include "filters/LmStroke.h"
 #include "raster/LmBitmap.h"
 #include "raster/LmRect.h"
@@ -210,6 +216,7 @@ void BM_InnerGlow(benchmark::State& state) { glowAt<LmInnerGlow, LmInnerGlowProp
 
 BENCHMARK(BM_OuterGlow) LM_FILTER_SIZES;
 BENCHMARK(BM_InnerGlow) LM_FILTER_SIZES;
+
 // Bevel and emboss: the tool's default looks (inside bevel, plain emboss), light at 120 / 30.
 namespace {
 
@@ -233,3 +240,44 @@ BENCHMARK(BM_BevelChiselled) LM_RELIEF_SIZES;
 BENCHMARK(BM_BevelSmooth) LM_RELIEF_SIZES;
 BENCHMARK(BM_EmbossChiselled) LM_RELIEF_SIZES;
 BENCHMARK(BM_EmbossSmooth) LM_RELIEF_SIZES;
+
+// The fills: linear gradient at an angle (the argument, degrees), radial gradient and pattern at
+// a scale (the argument, percent); five stops, and a 24 x 24 tile with transparent pixels.
+namespace {
+
+LmGradient kFillStops[] = {{0xFFFF0000, 1, 0}, {0xFFFFFF00, 1, 0.25f}, {0xFF00FF00, 1, 0.5f},
+                           {0xFF00FFFF, 1, 0.75f}, {0xFF0000FF, 1, 1}};
+
+template <class Layer, class Record> void fillAt(benchmark::State& state, float angle, float scale)
+{
+    Layer layer;
+    Record p(angle, scale, 1.0f, 5, kFillStops);
+    layer.setProperty(&p);
+    runFilter(state, layer);
+}
+
+void BM_LinearGradient(benchmark::State& state)
+{
+    fillAt<LmLinearGradient, LmLinearGradientProperty>(state, (float)state.range(0), 1);
+}
+
+void BM_RadialGradient(benchmark::State& state)
+{
+    fillAt<LmRadialGradient, LmRadialGradientProperty>(state, 0, (float)state.range(0) / 100);
+}
+
+void BM_Pattern(benchmark::State& state)
+{
+    LmBitmap tile(24, 24, 4);
+    for (unsigned i = 0; i < 24 * 24 * 4; ++i) tile.pixels[i] = (unsigned char)(i * 37 % 256);
+    LmPattern pattern;
+    LmPatternProperty p(&tile, (float)state.range(0) / 100, 1.0f);
+    pattern.setProperty(&p);
+    runFilter(state, pattern);
+}
+
+} // namespace
+
+BENCHMARK(BM_LinearGradient)->Arg(0)->Arg(45)->Arg(90)->Arg(200)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_RadialGradient)->Arg(50)->Arg(100)->Arg(200)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Pattern)->Arg(50)->Arg(100)->Arg(200)->Arg(1000)->Unit(benchmark::kMillisecond);

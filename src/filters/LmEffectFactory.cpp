@@ -5,8 +5,11 @@
 #include "filters/LmEmboss.h"
 #include "filters/LmInnerGlow.h"
 #include "filters/LmInnerShadow.h"
+#include "filters/LmLinearGradient.h"
 #include "filters/LmOuterGlow.h"
 #include "filters/LmOuterShadow.h"
+#include "filters/LmPattern.h"
+#include "filters/LmRadialGradient.h"
 #include "filters/LmStroke.h"
 
 // The effect stack's factory lives with the filters so that the stack never includes them: one
@@ -23,7 +26,10 @@ LmECore* LmEffect::createEffect(int id, int kind)
     case LM_EFFECT_INNER_GLOW: layer = new LmInnerGlow(); break;
     case LM_EFFECT_BEVEL: layer = new LmBevel(); break;
     case LM_EFFECT_EMBOSS: layer = new LmEmboss(); break;
+    case LM_EFFECT_LINEAR_GRADIENT: layer = new LmLinearGradient(); break;
+    case LM_EFFECT_RADIAL_GRADIENT: layer = new LmRadialGradient(); break;
     case LM_EFFECT_STROKE: layer = new LmStroke(); break;
+    case LM_EFFECT_PATTERN: layer = new LmPattern(); break;
     case LM_EFFECT_TEXT: layer = new LmText(); break;
     default: return nullptr;
     }

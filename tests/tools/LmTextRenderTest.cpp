@@ -180,7 +180,7 @@ TEST(LmTextRender, ShowcaseShowsEveryKindInOneImage)
 
 TEST(LmTextRender, ScenesMatchTheirGoldenImages)
 {
-    for (const char* name : {"stroke_shadow", "inner_shadow_lines", "glows", "bevel_emboss"}) {
+    for (const char* name : {"stroke_shadow", "inner_shadow_lines", "glows", "bevel_emboss", "gradient_pattern"}) {
         const std::string out = kDir + name + std::string(".png");
         ToolRun r = runTool({"render", sceneFile(name + std::string(".json")), "-o", out});
         ASSERT_EQ(r.exitCode, 0) << r.err;

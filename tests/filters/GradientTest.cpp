@@ -1,0 +1,101 @@
+// The linear and radial gradient fills and the colour table they share.
+#include "filters/MaskFixtures.h"
+
+#include "effect/LmEffect.h"
+#include "effect/LmLinearGradientProperty.h"
+#include "effect/LmRadialGradientProperty.h"
+#include "filters/LmGradientTable.h"
+#include "filters/LmLinearGradient.h"
+#include "filters/LmRadialGradient.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+using namespace LmFontEffect;
+using namespace LmTest;
+
+namespace {
+
+enum : unsigned { BLACK = 0xFF000000, BLUE = 0xFF0000FF, RED = 0xFFFF0000, GREEN = 0xFF00FF00, WHITE = 0xFFFFFFFF };
+// Black to blue: a covered pixel's blue byte is its table index less one (0 for index 0).
+std::vector<LmGradient> kRamp = {{BLACK, 1, 0}, {BLUE, 1, 1}};
+
+std::unique_ptr<LmECore> gradientOf(bool radial, float angle, float scale, std::vector<LmGradient>& s)
+{
+    LmLinearGradientProperty p(angle, scale, 1, (int)s.size(), s.empty() ? nullptr : s.data());
+    if (radial) return layerWith<LmRadialGradient>(p);
+    return layerWith<LmLinearGradient>(p);
+}
+
+// Blue byte at (x, y) of a fill over a full w x h box.
+int blueAt(bool radial, float angle, float scale, unsigned w, unsigned h, int x, int y)
+{
+    FilterRun run(rect(w, h, 0, 0, (int)w, (int)h, 1)); // coverage 1 still paints the full colour
+    return run.run(*gradientOf(radial, angle, scale, kRamp)) ? run.target.pixels[((size_t)y * w + x) * 4 + 2] : -1;
+}
+
+} // namespace
+
+TEST(GradientTable, WorkedEntries)
+{
+    const struct {
+        std::vector<LmGradient> stops;
+        int entry;
+        unsigned expected;
+    } cases[] = {
+        {{{RED, 1, 0.3f}}, 256, RED}, {{{BLACK, 1, 0}, {WHITE, 1, 1}}, 128, 0xFF7F7F7F},
+        // One stop passed per entry: green is stepped over, entry 1 already ends on blue.
+        {{{RED, 1, 0}, {GREEN, 1, 0.001f}, {BLUE, 1, 0.002f}, {WHITE, 1, 1}}, 1, BLUE},
+        {{{RED, 1, 0}, {GREEN, 1, 0.5f}}, 200, GREEN}, // the walk stops at the last stop
+        // Two stops at one place: the division by zero saturates to the end colour.
+        {{{RED, 1, 0}, {GREEN, 1, 0.5f}, {BLUE, 1, 0.5f}, {WHITE, 1, 1}}, 129, BLUE},
+    };
+    std::vector<unsigned> table(LmGradientTable::kEntries);
+    for (const auto& c : cases) {
+        EXPECT_TRUE(LmGradientTable::build(table.data(), c.stops.data(), (int)c.stops.size()));
+        EXPECT_EQ(table[c.entry], c.expected) << c.stops.size() << " stops, entry " << c.entry;
+    }
+    EXPECT_FALSE(LmGradientTable::build(table.data(), kRamp.data(), 0));
+    EXPECT_EQ(table, std::vector<unsigned>(LmGradientTable::kEntries, 0));
+}
+
+TEST(GradientLayers, IndexAcrossTheBox)
+{
+    // Linear over 200 x 50: 121 and 134 degrees tell the angle rounded once from a float
+    // constant (49, 237). Radial over 40 wide: scale 2 reaches the last entry a full width out.
+    // Index -1: nothing drawn.
+    const struct {
+        bool radial;
+        float angle, scale;
+        unsigned h;
+        int x, y, index;
+    } cases[] = {{0, 0, 1, 50, 0, 0, 0},       {0, 0, 1, 50, 199, 0, 254},  {0, 90, 1, 50, 0, 49, 6},
+                 {0, 0, 2, 50, 199, 0, 191},   {0, 121, 1, 50, 177, 0, 48}, {0, 134, 1, 50, 75, 8, 236},
+                 {1, 0, 1, 20, 39, 10, 243},   {1, 0, 2, 20, 39, 10, 121},  {1, 0, 2, 100, 20, 99, 255},
+                 {0, 0, 0.05f, 50, 0, 0, -1}, {1, 0, NAN, 20, 0, 0, -1},   {0, NAN, 1, 50, 0, 0, 0}};
+    for (const auto& c : cases)
+        EXPECT_EQ(blueAt(c.radial, c.angle, c.scale, c.radial ? 40 : 200, c.h, c.x, c.y), c.index < 0 ? -1 : std::max(c.index - 1, 0))
+            << c.radial << " " << c.angle << " " << c.scale << " at " << c.x << "," << c.y;
+}
+
+TEST(GradientLayers, TheStackClampsTheStopsTheLayerCopies)
+{
+    LmGradient stops[] = {{RED, 0.5f, 0.456f}, {GREEN, 2, -0.3f}, {BLUE, 1, 1.7f}};
+    LmEffect stack;
+    stack.addLinearGradientText(-30, 5, 1, 3, stops);
+    auto* p = dynamic_cast<LmGradientProperty*>(stack.getEffect(LM_EFFECT_LINEAR_GRADIENT)->getProperty());
+    EXPECT_EQ(std::vector<float>({p->angle, p->scale, p->stops[0].position, p->stops[1].position, p->stops[2].position}),
+              std::vector<float>({330, 2, 0.45f, 0, 1}));
+    // Unsorted after clamping, the ramp still starts on the first stop, premultiplied.
+    LmECore* linear = stack.getEffect(LM_EFFECT_LINEAR_GRADIENT);
+    linear->setProperty(linear->getProperty()); // its own record, copied before the old one goes
+    FilterRun run(rect(20, 4, 0, 0, 20, 4));
+    EXPECT_EQ(run.run(*linear), 1);
+    EXPECT_EQ(std::vector<int>(run.target.pixels, run.target.pixels + 4), std::vector<int>({128, 0, 0, 128}));
+    std::vector<LmGradient> many(300, {RED, 1, 0.5f});
+    stack.addRadialGradientText(1, 1, 300, many.data());
+    EXPECT_EQ(dynamic_cast<LmGradientProperty*>(stack.getEffect(LM_EFFECT_RADIAL_GRADIENT)->getProperty())->stopCount, 256);
+    stack.addRadialGradientText(1, 1, -4, many.data()); // no stops: nothing drawn
+    EXPECT_EQ(run.run(*stack.getEffect(LM_EFFECT_RADIAL_GRADIENT)), 0);
+}
