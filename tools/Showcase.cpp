@@ -25,6 +25,9 @@ struct Look {
     const char* params;
     unsigned textColour;
     const char* label = nullptr;
+    // A second effect drawn with the first, where the first alone would not show its look.
+    const char* withEffect = nullptr;
+    const char* withParams = nullptr;
 };
 
 const Look kLooks[] = {
@@ -32,13 +35,17 @@ const Look kLooks[] = {
     {"outer-shadow", "angle=120,distance=6,size=6,color=#000000,opacity=0.6", 0xFF2B59C3u},
     {"inner-shadow", "angle=120,distance=4,size=4,color=#000000,opacity=0.8", 0xFF7FA7F5u},
     {"outer-glow", "size=12,color=#FFB000,opacity=1", 0xFF5A2D0Cu},
-    {"inner-glow", "size=8,color=#FFF4A0,opacity=1", 0xFFD9480Fu},
+    // Alone, an inner glow fills the text box (the one-pass draw order keeps no glyph clip); a
+    // centre stroke switches the stack to two passes, which clip it to the glyphs.
+    {"inner-glow", "size=8,color=#FFF4A0,opacity=1", 0xFFD9480Fu, "inner-glow (+ centre stroke)", "stroke",
+     "size=1,color=#D9480F,position=centre"},
     {"linear-gradient", "angle=90,stops=#FF5F6D@0+#FFC371@1", 0xFF000000u},
     {"radial-gradient", "scale=1,stops=#FFF6B7@0+#F6416C@1", 0xFF000000u},
     {"pattern", "image=stripes,scale=1", 0xFF000000u},
-    {"bevel", "style=inner,size=6,depth=3,angle=120,altitude=30", 0xFF3C78D8u, "bevel (inner, smooth)"},
-    {"bevel", "style=outer,technique=chisel,size=5,depth=4,angle=120,altitude=40", 0xFF3C78D8u,
-     "bevel (outer, chisel)"},
+    // An inner smooth bevel keeps a dark frame from its blur at the box edge; chiselled, it has none.
+    {"bevel", "style=inner,technique=chisel,size=5,depth=4,angle=120,altitude=40", 0xFF3C78D8u,
+     "bevel (inner, chisel)"},
+    {"bevel", "style=outer,size=6,depth=3,angle=120,altitude=30", 0xFF3C78D8u, "bevel (outer, smooth)"},
     {"emboss", "style=emboss,size=6,depth=3,angle=120,altitude=30", 0xFF3C78D8u, "emboss (smooth)"},
     {"emboss", "style=pillow,technique=chisel,size=6,depth=3,angle=120,altitude=30", 0xFF3C78D8u,
      "emboss (pillow, chisel)"},
@@ -89,6 +96,11 @@ RgbaImage Showcase::render(const Options& options, std::vector<Cell>* cells, std
         EffectRequest request(info, "showcase " + info.name);
         request.assign(look.params);
         scene.effects.push_back(request);
+        if (look.withEffect) {
+            EffectRequest with(EffectCatalog::require(look.withEffect, "showcase"), std::string("showcase ") + look.withEffect);
+            with.assign(look.withParams);
+            scene.effects.push_back(with);
+        }
         tiles.push_back({look.label ? look.label : info.name, SceneRenderer::render(scene).image, {}});
         shown.push_back(info.name);
     }
