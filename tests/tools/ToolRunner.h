@@ -70,7 +70,7 @@ inline ToolRun runTool(const std::vector<std::string>& args)
 {
     static const std::string dir = scratchDir();
     const std::string outPath = dir + "stdout.txt", errPath = dir + "stderr.txt";
-    std::string command = shellQuote(LM_TEXT_TOOL);
+    std::string command = std::string(LM_TOOL_EMULATOR) + " " + shellQuote(LM_TEXT_TOOL);
     for (const std::string& a : args) command += " " + shellQuote(a);
     command += " >" + shellQuote(outPath) + " 2>" + shellQuote(errPath);
     ToolRun run;
