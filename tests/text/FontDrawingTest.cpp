@@ -2,11 +2,18 @@
 
 #include "effect/LmEffect.h"
 #include "effect/LmGlyph.h"
+#include "foundation/Error.h"
+#include "foundation/LmLog.h"
 #include "foundation/LmString.h"
 #include "raster/LmBitmap.h"
 #include "support/TestSupport.h"
 #include "text/LmFontDrawing.h"
 #include "text/LmView.h"
+
+#include <algorithm>
+#include <climits>
+#include <cmath>
+#include <cwchar>
 
 using namespace LmFontEffect;
 using namespace LmTest;
@@ -138,7 +145,7 @@ TEST_F(FontDrawing, InkLeftOfTheOriginShiftsInAndInkPastTheAdvanceIsCut)
     ASSERT_NE(nullptr, j);
     ASSERT_LT(layoutOf(u"j", paintOf(40.0f)).getBounds().left, 0.0f);
     bool column0 = false;
-    for (int y = 0; y < j->height; y++) column0 = column0 || j->pixels[(size_t)y * j->width];
+    for (uint32_t y = 0; y < j->height; y++) column0 = column0 || j->pixels[(size_t)y * j->width];
     EXPECT_TRUE(column0);
 }
 
@@ -153,8 +160,176 @@ TEST_F(FontDrawing, TwoFontRunsShareOneMaskAndLeaveThePaintAlone)
     const LmGlyph* g = drawLine(object, L"ab\u4E2D", 3, paint);
     ASSERT_NE(nullptr, g);
     int hanInk = 0;
-    for (int y = 0; y < g->height; y++)
-        for (int x = g->width * 2 / 3; x < g->width; x++) hanInk += g->pixels[(size_t)y * g->width + x] != 0;
+    for (uint32_t y = 0; y < g->height; y++)
+        for (uint32_t x = g->width * 2 / 3; x < g->width; x++) hanInk += g->pixels[(size_t)y * g->width + x] != 0;
     EXPECT_GT(hanInk, 50);
     EXPECT_FLOAT_EQ(-0.2f, object.GetPaint().getTextSkewX());
+}
+
+TEST_F(FontDrawing, LineBoxesSaturateAndARepeatedRenderGivesTheSamePixels)
+{
+    // Each case renders twice with a shadow's margins; the render box is the given box moved
+    // once by them, saturated where it would leave the int range, and the pixels repeat.
+    struct Case {
+        int x;
+        float letterSpacing;
+    };
+    for (const Case& c : {Case{10, 0.0f}, Case{INT_MAX - 5, 0.0f}, Case{10, 1e30f}}) {
+        LmTextObject object;
+        ASSERT_EQ(1, object.Construct());
+        object.SetText(L"Hi");
+        object.SetFont(kSansPath);
+        LmPaint paint = paintOf(30.0f);
+        paint.setLetterSpacing(c.letterSpacing);
+        object.SetPaint(paint);
+        object.SetBackgroundColor(0xFF204080u, true);
+        ASSERT_GE(object.GetEffect()->addOuterShadowText(270.0f, 6.0f, 4.0f, 0xFF000000u, 1.0f), 0);
+        const int left = object.GetEffect()->getLeftOffset(), top = object.GetEffect()->getTopOffset();
+        ASSERT_GT(top, 0);
+        giveLines(object, {newLine(c.x, 40, 0, 2)});
+        const LineInfo* line = static_cast<const LineInfo*>(object.GetLineInfo()->Get(0));
+        const LmRect given = line->bounds;
+        std::vector<uint32_t> first;
+        for (int pass = 0; pass < 2; pass++) {
+            const uint32_t* px = object.RenderTextEffect(120, 90);
+            ASSERT_NE(nullptr, px);
+            if (pass == 0) first.assign(px, px + 120 * 90);
+            else EXPECT_TRUE(std::equal(first.begin(), first.end(), px)) << c.x;
+            EXPECT_EQ(given.top, line->bounds.top);
+            EXPECT_EQ(given.top + top, line->renderBounds.top);
+            EXPECT_EQ(given.bottom + top, line->renderBounds.bottom);
+            EXPECT_EQ((int)std::min<int64_t>((int64_t)c.x + left, INT_MAX), line->renderBounds.left);
+            EXPECT_GE(line->renderBounds.right, line->renderBounds.left);
+        }
+    }
+}
+
+TEST_F(FontDrawing, RefusalsAtTheLimitsWarnAndSetError3)
+{
+    struct Case {
+        const wchar_t* text;
+        float size;
+        int bitmapSide;
+        bool pixels;            // whether the render still returns pixels
+        const char* warning;    // part of the warning line
+    };
+    const Case cases[] = {
+        {L"WW", 16384.0f, 64, true, "passes the bitmap cap"},     // the line mask
+        {L"W", 20000.0f, 64, true, "text size 20000 is outside"},  // the text size cap
+        {L"W", 12.0f, 16385 + 16385, false, "passes the cap"},     // the bitmap itself
+    };
+    for (const Case& c : cases) {
+        LmTextObject object;
+        ASSERT_EQ(1, object.Construct());
+        object.SetText(c.text);
+        object.SetFont(kSansPath);
+        LmPaint paint = paintOf(c.size);
+        object.SetPaint(paint);
+        giveLines(object, {newLine(0, 40, 0, (int)wcslen(c.text))});
+        LogCapture log;
+        Error::SetError(0);
+        const uint32_t* px = object.RenderTextEffect(c.bitmapSide, c.bitmapSide);
+        EXPECT_EQ(c.pixels, px != nullptr) << c.warning;
+        EXPECT_EQ((unsigned long)Error::LM_ERR_OUT_OF_RANGE, Error::GetError()) << c.warning;
+        bool warned = false;
+        for (const LogLine& l : log.lines())
+            warned = warned || (l.priority == LmLog::LM_PRIO_WARN && l.message.find(c.warning) != std::string::npos);
+        EXPECT_TRUE(warned) << c.warning;
+    }
+}
+
+TEST_F(FontDrawing, ALineWiderThan16BitsIsDrawnWhole)
+{
+    // Letter spacing stretches "iiii" to about 120,000 px; the last 'i' is inked far past both
+    // 65,535 (the old mask width) and 32,767 (the rasteriser's span x).
+    LmTextObject object;
+    ASSERT_EQ(1, object.Construct());
+    object.SetText(L"iiii");
+    object.SetFont(kSansPath);
+    LmPaint paint = paintOf(20.0f);
+    paint.setLetterSpacing(1500.0f);
+    object.SetPaint(paint);
+    giveLines(object, {newLine(0, 30, 0, 4)});
+    ASSERT_NE(nullptr, object.RenderTextEffect(100, 40));
+    const LmGlyph* g = static_cast<const LmGlyph*>(object.GetFont()->GetGlyphList()->Get(0));
+    ASSERT_NE(nullptr, g);
+    ASSERT_GT(g->width, 110000u);
+    // The first inked column of each letter: evenly spaced, the fourth beyond 65,535.
+    std::vector<int64_t> letters;
+    int64_t lastInk = -1000;
+    for (uint32_t x = 0; x < g->width; x++) {
+        bool ink = false;
+        for (uint32_t y = 0; y < g->height; y++) ink = ink || g->pixels[(size_t)y * g->width + x];
+        if (!ink) continue;
+        if (x - lastInk > 100) letters.push_back(x);
+        lastInk = x;
+    }
+    ASSERT_EQ(4u, letters.size());
+    EXPECT_GT(letters[3], 65535);
+    EXPECT_NEAR(letters[3] - letters[2], letters[1] - letters[0], 1);
+}
+
+TEST_F(FontDrawing, WholeInkMasksMatchTheOutlinesOwnBounds)
+{
+    // Oblique and synthetic italic lean past the advance at large sizes; 'j' reaches left of
+    // the pen. With the whole ink kept, the mask spans the outlines' union where the font puts
+    // it; by default it is the advance wide.
+    struct Case {
+        const char* font;
+        const wchar_t* text;
+        bool italicStyle;
+        float size;
+    };
+    const Case cases[] = {{kSansObliquePath, L"fff", false, 200.0f},
+                          {kSansPath, L"jf", true, 300.0f},
+                          {kSansObliquePath, L"jf", false, 96.0f}};
+    for (const Case& c : cases) {
+        for (bool whole : {false, true}) {
+            freshFontManager(false);
+            LmTextObject object;
+            ASSERT_EQ(1, object.Construct());
+            object.SetText(c.text);
+            object.SetFont(c.font);
+            object.SetTextStyle(false, c.italicStyle);
+            object.SetKeepWholeInk(whole);
+            LmPaint paint = paintOf(c.size);
+            object.SetPaint(paint);
+            const int n = (int)wcslen(c.text);
+            giveLines(object, {newLine(40, 400, 0, n)});
+            ASSERT_NE(nullptr, object.RenderTextEffect(1200, 600));
+            const LmGlyph* g = static_cast<const LmGlyph*>(object.GetFont()->GetGlyphList()->Get(0));
+            ASSERT_NE(nullptr, g);
+
+            // The union of each glyph's outline box, placed as the layout places it.
+            std::vector<uint16_t> units(c.text, c.text + n);
+            auto typeface = LmTypeface::createFromFamilies({familyOf(c.font)}, 400, c.italicStyle);
+            LmLayout layout = LmLayoutUtils::doLayout(paint, 2, typeface.get(), units.data(), units.size(), 0,
+                                                      units.size(), 0, units.size());
+            float l = 1e9f, r = -1e9f;
+            for (size_t i = 0; i < layout.nGlyphs(); i++) {
+                LmGlyphStyle style = paint.glyphStyle();
+                if (layout.getFakery(i).fakeItalic) style.skewX -= 0.25f;
+                LmGlyphBox box;
+                ASSERT_TRUE(layout.getFont(i)->GetGlyphBounds(layout.getGlyphId(i), style, &box));
+                l = std::min(l, layout.getX(i) + box.left);
+                r = std::max(r, layout.getX(i) + box.right);
+            }
+            ASSERT_GT(r, layout.getAdvance() + 3.0f) << c.font << c.size;
+            if (!whole) {
+                EXPECT_EQ((uint32_t)layout.getAdvance(), g->width);
+                EXPECT_EQ(0, g->leftBearing);
+                continue;
+            }
+            EXPECT_EQ((int)std::floor(l), g->leftBearing) << c.font << c.size;
+            EXPECT_EQ((uint32_t)(std::ceil(r) - std::floor(l)), g->width) << c.font << c.size;
+            // Ink reaches the mask's edges (a sliver of the outermost column may cover nothing).
+            bool firstColumns = false, lastColumns = false;
+            for (uint32_t y = 0; y < g->height; y++) {
+                const unsigned char* rowPixels = g->pixels + (size_t)y * g->width;
+                firstColumns = firstColumns || rowPixels[0] || rowPixels[1];
+                lastColumns = lastColumns || rowPixels[g->width - 1] || rowPixels[g->width - 2];
+            }
+            EXPECT_TRUE(firstColumns && lastColumns) << c.font << c.size;
+        }
+    }
 }
