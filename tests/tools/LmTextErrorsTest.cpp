@@ -12,6 +12,29 @@ namespace {
 
 const std::string kDir = LmTest::scratchDir();
 
+// A PNG whose IHDR claims width x height (8-bit RGBA), with one tiny IDAT: the header alone
+// must be enough to refuse it.
+std::string pngHeaderOnly(uint32_t width, uint32_t height)
+{
+    auto crc = [](const std::string& bytes) {
+        uint32_t c = 0xFFFFFFFFu;
+        for (unsigned char b : bytes) {
+            c ^= b;
+            for (int k = 0; k < 8; k++) c = (c >> 1) ^ (0xEDB88320u & (0u - (c & 1u)));
+        }
+        return c ^ 0xFFFFFFFFu;
+    };
+    auto be32 = [](uint32_t v) {
+        return std::string{(char)(v >> 24), (char)(v >> 16), (char)(v >> 8), (char)v};
+    };
+    auto chunk = [&](const std::string& type, const std::string& data) {
+        return be32((uint32_t)data.size()) + type + data + be32(crc(type + data));
+    };
+    const std::string ihdr = be32(width) + be32(height) + std::string("\x08\x06\x00\x00\x00", 5);
+    return std::string("\x89PNG\r\n\x1a\n", 8) + chunk("IHDR", ihdr) +
+           chunk("IDAT", std::string("\x78\x9c\x03\x00\x00\x00\x00\x01", 8)) + chunk("IEND", "");
+}
+
 TEST(LmTextErrors, BadInputGivesItsExitCodeAndNamesTheArgument)
 {
     LmTest::writeText(kDir + "bad-effect.json", R"({"text": "Hi", "effects": [{"type": "bevell"}]})");
@@ -20,7 +43,9 @@ TEST(LmTextErrors, BadInputGivesItsExitCodeAndNamesTheArgument)
     LmTest::writeText(kDir + "bad-stop.json", R"({"text": "Hi", "effects": [
         {"type": "linear-gradient", "stops": [{"color": "#FF0000", "place": 0}]}]})");
     LmTest::writeText(kDir + "broken.json", "{\"text\": \"Hi\",");
+    LmTest::writeText(kDir + "huge-number.json", R"({"text": "Hi", "size": 1e999})");
     LmTest::writeText(kDir + "not-a-font.ttf", "plain text, not a font");
+    LmTest::writeText(kDir + "huge.png", pngHeaderOnly(65535, 65535));
     const std::string out = kDir + "x.png";
     const std::vector<std::string> hi = {"render", "-t", "Hi", "-f", kToolFont, "-o", out};
     struct Case {
@@ -61,7 +86,11 @@ TEST(LmTextErrors, BadInputGivesItsExitCodeAndNamesTheArgument)
          "No such file"},
         {{"render", "-t", "Hi", "-f", kDir + "not-a-font.ttf", "-o", out}, false, 1, kDir + "not-a-font.ttf", ""},
         {{"render", kDir + "missing.json", "-o", out}, false, 1, kDir + "missing.json", "No such file"},
-        {{"render", kDir + "broken.json", "-o", out}, false, 1, kDir + "broken.json", "parse error"},
+        // Malformed JSON is a bad scene: the file, the last key read and the reason.
+        {{"render", kDir + "broken.json", "-o", out}, false, 2, kDir + "broken.json", "parse error"},
+        {{"render", kDir + "huge-number.json", "-o", out}, false, 2, kDir + "huge-number.json", "key \"size\""},
+        // An image header is checked against the cap before its pixels are allocated.
+        {{"--pattern", "image=" + kDir + "huge.png"}, true, 1, kDir + "huge.png", "over the limit"},
         {{"render", "-t", "Hi", "-f", kToolFont, "-o", kDir + "no-such-dir/out.png"}, false, 1,
          kDir + "no-such-dir/out.png", ""},
     };
@@ -95,6 +124,29 @@ TEST(LmTextErrors, ClampedValuesAreReportedAndRenderAsTheLibraryClampsThem)
     ASSERT_FALSE(plain.out.empty());
     EXPECT_EQ(clamped.out.substr(0, clamped.out.find('\n')), plain.out.substr(0, plain.out.find('\n')));
     EXPECT_TRUE(LmTest::readPng(kDir + "clamped.png").rgba == LmTest::readPng(kDir + "plain.png").rgba);
+}
+
+TEST(LmTextErrors, HugeGeometryIsRefusedOrDrawnOffTheViewNeverWrapped)
+{
+    const std::string out = kDir + "huge.png";
+    struct Case {
+        std::vector<std::string> extra;
+        int exitCode;  // 2: the fitted view is past the side cap; 0: the text lies outside the view
+    };
+    const Case cases[] = {
+        {{"-t", "A\\nB", "--line-spacing", "1e9"}, 2},
+        {{"-W", "100", "-p", "2000000000"}, 2},
+        {{"-W", "100", "-H", "60", "-p", "2000000000"}, 0},
+        {{"-W", "100", "-H", "60", "-p", "0,2147483647,0,0"}, 0},
+        {{"-W", "100", "-H", "60", "-p", "0,2000000000,0,2000000000", "-g", "center_vertical"}, 0},
+        {{"-W", "100", "-H", "60", "-p", "0,2000000000,0,2000000000", "-g", "bottom"}, 0},
+    };
+    for (const Case& c : cases) {
+        std::vector<std::string> args = {"render", "-t", "Hi", "-f", kToolFont, "-o", out};
+        args.insert(args.end(), c.extra.begin(), c.extra.end());
+        ToolRun r = runTool(args);
+        EXPECT_EQ(c.exitCode, r.exitCode) << c.extra.back() << ": " << r.err;
+    }
 }
 
 TEST(LmTextErrors, KindsNotInThisBuildAreRefusedByName)
