@@ -10,10 +10,9 @@
 #include "text/LmFontDrawing.h"
 #include "text/LmView.h"
 
-#include <algorithm>
 #include <climits>
 #include <cmath>
-#include <cwchar>
+#include <tuple>
 
 using namespace LmFontEffect;
 using namespace LmTest;
@@ -51,15 +50,16 @@ protected:
     void SetUp() override { freshFontManager(false); }
     void TearDown() override { freshFontManager(false); }
 
-    // Draws one line of `text` and returns the object's last line mask.
-    const LmGlyph* drawLine(LmTextObject& object, const wchar_t* text, int end, LmPaint paint)
+    // Draws one line of `text` at pen x and returns the object's last line mask.
+    const LmGlyph* drawLine(LmTextObject& object, const wchar_t* text, int end, LmPaint paint, int x = 4,
+                            const char* font = kSansPath)
     {
         object.Construct();
         object.SetText(text);
-        object.SetFont(kSansPath);
+        object.SetFont(font);
         object.SetPaint(paint);
         object.GetView()->SetSize(200, 80);
-        giveLines(object, {newLine(4, 50, 0, end)});
+        giveLines(object, {newLine(x, 50, 0, end)});
         object.RenderTextEffect(200, 80);
         List* glyphs = object.GetFont()->GetGlyphList();
         return glyphs->GetCount() == 1 ? static_cast<const LmGlyph*>(glyphs->Get(0)) : nullptr;
@@ -166,170 +166,82 @@ TEST_F(FontDrawing, TwoFontRunsShareOneMaskAndLeaveThePaintAlone)
     EXPECT_FLOAT_EQ(-0.2f, object.GetPaint().getTextSkewX());
 }
 
-TEST_F(FontDrawing, LineBoxesSaturateAndARepeatedRenderGivesTheSamePixels)
+TEST_F(FontDrawing, LineBoxesSaturateAndARepeatedRenderRepeatsItsPixels)
 {
-    // Each case renders twice with a shadow's margins; the render box is the given box moved
-    // once by them, saturated where it would leave the int range, and the pixels repeat.
-    struct Case {
-        int x;
-        float letterSpacing;
-    };
-    for (const Case& c : {Case{10, 0.0f}, Case{INT_MAX - 5, 0.0f}, Case{10, 1e30f}}) {
+    // A pen x near INT_MAX, or an advance saturated by a huge letter spacing, must not wrap;
+    // the render box is the given box moved once by the shadow's margins, however often drawn.
+    for (auto c : {std::make_pair(10, 0.0f), std::make_pair(INT_MAX - 5, 0.0f), std::make_pair(10, 1e30f)}) {
         LmTextObject object;
-        ASSERT_EQ(1, object.Construct());
-        object.SetText(L"Hi");
-        object.SetFont(kSansPath);
         LmPaint paint = paintOf(30.0f);
-        paint.setLetterSpacing(c.letterSpacing);
-        object.SetPaint(paint);
+        paint.setLetterSpacing(c.second);
+        drawLine(object, L"Hi", 2, paint, c.first);
         object.SetBackgroundColor(0xFF204080u, true);
         ASSERT_GE(object.GetEffect()->addOuterShadowText(270.0f, 6.0f, 4.0f, 0xFF000000u, 1.0f), 0);
-        const int left = object.GetEffect()->getLeftOffset(), top = object.GetEffect()->getTopOffset();
-        ASSERT_GT(top, 0);
-        giveLines(object, {newLine(c.x, 40, 0, 2)});
-        const LineInfo* line = static_cast<const LineInfo*>(object.GetLineInfo()->Get(0));
-        const LmRect given = line->bounds;
-        std::vector<uint32_t> first;
-        for (int pass = 0; pass < 2; pass++) {
-            const uint32_t* px = object.RenderTextEffect(120, 90);
-            ASSERT_NE(nullptr, px);
-            if (pass == 0) first.assign(px, px + 120 * 90);
-            else EXPECT_TRUE(std::equal(first.begin(), first.end(), px)) << c.x;
-            EXPECT_EQ(given.top, line->bounds.top);
-            EXPECT_EQ(given.top + top, line->renderBounds.top);
-            EXPECT_EQ(given.bottom + top, line->renderBounds.bottom);
-            EXPECT_EQ((int)std::min<int64_t>((int64_t)c.x + left, INT_MAX), line->renderBounds.left);
-            EXPECT_GE(line->renderBounds.right, line->renderBounds.left);
-        }
+        const uint32_t* px = object.RenderTextEffect(200, 80);
+        const std::vector<uint32_t> first(px, px + 200 * 80);
+        EXPECT_TRUE(std::equal(first.begin(), first.end(), object.RenderTextEffect(200, 80)));
+        const LmRect& box = static_cast<const LineInfo*>(object.GetLineInfo()->Get(0))->renderBounds;
+        EXPECT_EQ(10 + object.GetEffect()->getTopOffset(), box.top);
+        EXPECT_EQ((int)std::min<int64_t>((int64_t)c.first + object.GetEffect()->getLeftOffset(), INT_MAX), box.left);
+        EXPECT_GE(box.right, box.left);
     }
 }
 
 TEST_F(FontDrawing, RefusalsAtTheLimitsWarnAndSetError3)
 {
-    struct Case {
-        const wchar_t* text;
-        float size;
-        int bitmapSide;
-        bool pixels;            // whether the render still returns pixels
-        const char* warning;    // part of the warning line
-    };
-    const Case cases[] = {
-        {L"WW", 16384.0f, 64, true, "passes the bitmap cap"},     // the line mask
-        {L"W", 20000.0f, 64, true, "text size 20000 is outside"},  // the text size cap
-        {L"W", 12.0f, 16385 + 16385, false, "passes the cap"},     // the bitmap itself
-    };
-    for (const Case& c : cases) {
+    // The line mask past the bitmap cap, the text size past its cap, the bitmap past its cap.
+    for (auto c : {std::make_tuple(16384.0f, 80, "passes the bitmap cap"), std::make_tuple(20000.0f, 80, "size 20000"),
+                   std::make_tuple(12.0f, 32770, "passes the cap")}) {
         LmTextObject object;
-        ASSERT_EQ(1, object.Construct());
-        object.SetText(c.text);
-        object.SetFont(kSansPath);
-        LmPaint paint = paintOf(c.size);
-        object.SetPaint(paint);
-        giveLines(object, {newLine(0, 40, 0, (int)wcslen(c.text))});
+        drawLine(object, L"WW", 2, paintOf(std::get<0>(c)));
         LogCapture log;
         Error::SetError(0);
-        const uint32_t* px = object.RenderTextEffect(c.bitmapSide, c.bitmapSide);
-        EXPECT_EQ(c.pixels, px != nullptr) << c.warning;
-        EXPECT_EQ((unsigned long)Error::LM_ERR_OUT_OF_RANGE, Error::GetError()) << c.warning;
-        bool warned = false;
-        for (const LogLine& l : log.lines())
-            warned = warned || (l.priority == LmLog::LM_PRIO_WARN && l.message.find(c.warning) != std::string::npos);
-        EXPECT_TRUE(warned) << c.warning;
+        EXPECT_EQ(std::get<1>(c) == 80, object.RenderTextEffect(std::get<1>(c), std::get<1>(c)) != nullptr);
+        EXPECT_EQ((unsigned long)Error::LM_ERR_OUT_OF_RANGE, Error::GetError());
+        EXPECT_TRUE(std::any_of(log.lines().begin(), log.lines().end(), [&](const LogLine& l) {
+            return l.priority == LmLog::LM_PRIO_WARN && l.message.find(std::get<2>(c)) != std::string::npos;
+        })) << std::get<2>(c);
     }
 }
 
 TEST_F(FontDrawing, ALineWiderThan16BitsIsDrawnWhole)
 {
-    // Letter spacing stretches "iiii" to about 120,000 px; the last 'i' is inked far past both
-    // 65,535 (the old mask width) and 32,767 (the rasteriser's span x).
+    // Spaced 30,000 px apart, the fourth 'i' lies past 65,535 (the old mask width) and 32,767
+    // (the rasteriser's span x): it has as much ink as the first.
     LmTextObject object;
-    ASSERT_EQ(1, object.Construct());
-    object.SetText(L"iiii");
-    object.SetFont(kSansPath);
     LmPaint paint = paintOf(20.0f);
     paint.setLetterSpacing(1500.0f);
-    object.SetPaint(paint);
-    giveLines(object, {newLine(0, 30, 0, 4)});
-    ASSERT_NE(nullptr, object.RenderTextEffect(100, 40));
-    const LmGlyph* g = static_cast<const LmGlyph*>(object.GetFont()->GetGlyphList()->Get(0));
-    ASSERT_NE(nullptr, g);
-    ASSERT_GT(g->width, 110000u);
-    // The first inked column of each letter: evenly spaced, the fourth beyond 65,535.
-    std::vector<int64_t> letters;
-    int64_t lastInk = -1000;
-    for (uint32_t x = 0; x < g->width; x++) {
-        bool ink = false;
-        for (uint32_t y = 0; y < g->height; y++) ink = ink || g->pixels[(size_t)y * g->width + x];
-        if (!ink) continue;
-        if (x - lastInk > 100) letters.push_back(x);
-        lastInk = x;
-    }
-    ASSERT_EQ(4u, letters.size());
-    EXPECT_GT(letters[3], 65535);
-    EXPECT_NEAR(letters[3] - letters[2], letters[1] - letters[0], 1);
+    const LmGlyph* g = drawLine(object, L"iiii", 4, paint);
+    ASSERT_GT(g->width, 4 * 29000u);
+    int64_t ink[4] = {};
+    for (size_t i = 0; i < (size_t)g->width * g->height; i++) ink[i % g->width * 4 / g->width] += g->pixels[i];
+    EXPECT_GT(ink[0], 1000);
+    EXPECT_NEAR(ink[0], ink[3], ink[0] / 20);
 }
 
-TEST_F(FontDrawing, WholeInkMasksMatchTheOutlinesOwnBounds)
+TEST_F(FontDrawing, WholeInkMasksSpanTheOutlinesOwnBounds)
 {
-    // Oblique and synthetic italic lean past the advance at large sizes; 'j' reaches left of
-    // the pen. With the whole ink kept, the mask spans the outlines' union where the font puts
-    // it; by default it is the advance wide.
-    struct Case {
-        const char* font;
-        const wchar_t* text;
-        bool italicStyle;
-        float size;
-    };
-    const Case cases[] = {{kSansObliquePath, L"fff", false, 200.0f},
-                          {kSansPath, L"jf", true, 300.0f},
-                          {kSansObliquePath, L"jf", false, 96.0f}};
-    for (const Case& c : cases) {
-        for (bool whole : {false, true}) {
-            freshFontManager(false);
-            LmTextObject object;
-            ASSERT_EQ(1, object.Construct());
-            object.SetText(c.text);
-            object.SetFont(c.font);
-            object.SetTextStyle(false, c.italicStyle);
-            object.SetKeepWholeInk(whole);
-            LmPaint paint = paintOf(c.size);
-            object.SetPaint(paint);
-            const int n = (int)wcslen(c.text);
-            giveLines(object, {newLine(40, 400, 0, n)});
-            ASSERT_NE(nullptr, object.RenderTextEffect(1200, 600));
-            const LmGlyph* g = static_cast<const LmGlyph*>(object.GetFont()->GetGlyphList()->Get(0));
-            ASSERT_NE(nullptr, g);
-
-            // The union of each glyph's outline box, placed as the layout places it.
-            std::vector<uint16_t> units(c.text, c.text + n);
-            auto typeface = LmTypeface::createFromFamilies({familyOf(c.font)}, 400, c.italicStyle);
-            LmLayout layout = LmLayoutUtils::doLayout(paint, 2, typeface.get(), units.data(), units.size(), 0,
-                                                      units.size(), 0, units.size());
-            float l = 1e9f, r = -1e9f;
-            for (size_t i = 0; i < layout.nGlyphs(); i++) {
-                LmGlyphStyle style = paint.glyphStyle();
-                if (layout.getFakery(i).fakeItalic) style.skewX -= 0.25f;
-                LmGlyphBox box;
-                ASSERT_TRUE(layout.getFont(i)->GetGlyphBounds(layout.getGlyphId(i), style, &box));
-                l = std::min(l, layout.getX(i) + box.left);
-                r = std::max(r, layout.getX(i) + box.right);
-            }
-            ASSERT_GT(r, layout.getAdvance() + 3.0f) << c.font << c.size;
-            if (!whole) {
-                EXPECT_EQ((uint32_t)layout.getAdvance(), g->width);
-                EXPECT_EQ(0, g->leftBearing);
-                continue;
-            }
-            EXPECT_EQ((int)std::floor(l), g->leftBearing) << c.font << c.size;
-            EXPECT_EQ((uint32_t)(std::ceil(r) - std::floor(l)), g->width) << c.font << c.size;
-            // Ink reaches the mask's edges (a sliver of the outermost column may cover nothing).
-            bool firstColumns = false, lastColumns = false;
-            for (uint32_t y = 0; y < g->height; y++) {
-                const unsigned char* rowPixels = g->pixels + (size_t)y * g->width;
-                firstColumns = firstColumns || rowPixels[0] || rowPixels[1];
-                lastColumns = lastColumns || rowPixels[g->width - 1] || rowPixels[g->width - 2];
-            }
-            EXPECT_TRUE(firstColumns && lastColumns) << c.font << c.size;
+    // Oblique and synthetic italic "jf" at 300 px: the 'j' hooks left of the pen, the 'f' leans
+    // past the advance. The kept mask spans the outlines' union where the font puts it.
+    for (auto c : {std::make_pair(kSansObliquePath, false), std::make_pair(kSansPath, true)}) {
+        LmTextObject object;
+        drawLine(object, L"jf", 2, paintOf(300.0f), 4, c.first);
+        object.SetTextStyle(false, c.second);
+        object.SetKeepWholeInk(true);
+        object.RenderTextEffect(200, 80);
+        const LmGlyph* g = static_cast<const LmGlyph*>(object.GetFont()->GetGlyphList()->Get(0));
+        LmLayout layout = layoutOf(u"jf", paintOf(300.0f),
+                                   LmTypeface::createFromFamilies({familyOf(c.first)}, 400, c.second).get());
+        LmGlyphBox ink{1e9f, 0.0f, -1e9f, 0.0f}, box;
+        for (size_t i = 0; i < layout.nGlyphs(); i++) {
+            LmGlyphStyle style = paintOf(300.0f).glyphStyle();
+            style.skewX -= layout.getFakery(i).fakeItalic ? 0.25f : 0.0f;
+            layout.getFont(i)->GetGlyphBounds(layout.getGlyphId(i), style, &box);
+            ink.left = std::min(ink.left, layout.getX(i) + box.left);
+            ink.right = std::max(ink.right, layout.getX(i) + box.right);
         }
+        ASSERT_GT(ink.right, layout.getAdvance() + 10.0f);
+        EXPECT_EQ((int)std::floor(ink.left), g->leftBearing) << c.first;
+        EXPECT_EQ((uint32_t)(std::ceil(ink.right) - std::floor(ink.left)), g->width) << c.first;
     }
 }
