@@ -37,6 +37,12 @@ RgbaImage RgbaImage::readPng(const std::string& path)
     png.version = PNG_IMAGE_VERSION;
     if (!png_image_begin_read_from_file(&png, path.c_str()))
         throw ToolError::failure("cannot read image '" + path + "': " + png.message);
+    if ((uint64_t)png.width * png.height > kMaxReadPixels) {
+        png_image_free(&png);
+        throw ToolError::failure("cannot read image '" + path + "': " + std::to_string(png.width) + "x" +
+                                 std::to_string(png.height) + " is over the limit of " +
+                                 std::to_string(kMaxReadPixels) + " pixels");
+    }
     png.format = PNG_FORMAT_RGBA;
     RgbaImage image;
     image.mWidth = png.width;

@@ -17,6 +17,10 @@ public:
     static RgbaImage fromArgb(const uint32_t* argb, unsigned width, unsigned height);
 
     // PNG files through libpng. Failures throw ToolError (exit 1) naming the path and reason.
+    // Images read are at most this many pixels (4096 x 4096), checked from the header before
+    // anything is allocated.
+    static constexpr uint64_t kMaxReadPixels = uint64_t(1) << 24;
+
     static RgbaImage readPng(const std::string& path);
     void writePng(const std::string& path) const;
 

@@ -20,7 +20,7 @@ namespace {
 
 const char* const kKeys[] = {"text",       "font",    "size",  "color",    "bold",       "italic",
                              "width",      "height",  "padding", "gravity", "align",     "lineSpacing",
-                             "wrap",       "maxLines", "background", "lineBackground", "effects"};
+                             "wrap",       "maxLines", "background", "lineBackground", "effects", "clipToAdvance"};
 
 std::string describe(const json& v)
 {
@@ -125,6 +125,7 @@ void applyKey(Scene& scene, const std::string& key, const json& v, const std::st
     else if (key == "align") scene.align = Scene::parseAlign(stringOf(v, what), what);
     else if (key == "lineSpacing") scene.lineSpacing = numberOf(v, what);
     else if (key == "wrap") scene.wrap = boolOf(v, what);
+    else if (key == "clipToAdvance") scene.clipToAdvance = boolOf(v, what);
     else if (key == "maxLines") scene.maxLines = intOf(v, what);
     else if (key == "background") scene.background = ValueParser::parseColour(stringOf(v, what), what);
     else if (key == "lineBackground") {
@@ -152,13 +153,20 @@ Scene Scene::load(const std::string& path)
 {
     std::ifstream in(path, std::ios::binary);
     if (!in) throw ToolError::failure("cannot read scene '" + path + "': " + std::strerror(errno));
+    // The last key read names the place of a parse failure; a number past double range is one.
+    std::string key;
+    auto track = [&key](int, json::parse_event_t event, json& parsed) {
+        if (event == json::parse_event_t::key) key = parsed.get<std::string>();
+        return true;
+    };
     json doc;
     try {
-        doc = json::parse(in);
-    } catch (const json::parse_error& e) {
-        throw ToolError::failure("cannot read scene '" + path + "': " + e.what());
+        doc = json::parse(in, track);
+    } catch (const json::exception& e) {
+        throw ToolError::usage("bad scene '" + path + "'" + (key.empty() ? "" : " at key \"" + key + "\"") + ": " +
+                               e.what());
     }
-    if (!doc.is_object()) throw ToolError::failure("cannot read scene '" + path + "': the top level is not an object");
+    if (!doc.is_object()) throw ToolError::usage("bad scene '" + path + "': the top level is not an object");
     Scene scene;
     for (auto it = doc.begin(); it != doc.end(); ++it) applyKey(scene, it.key(), it.value(), path + ": " + it.key());
     return scene;

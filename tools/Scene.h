@@ -24,15 +24,16 @@ struct Scene {
     int align = -1;                  // TextLayout::Align; negative: from the horizontal gravity
     double lineSpacing = 1.0;
     bool wrap = false;
+    bool clipToAdvance = false;  // cut each line's ink to its advance, as on Android
     int maxLines = 0;  // 0: every line
     unsigned background = 0;  // painted behind the render in the PNG; transparent by default
     unsigned lineBackground = 0;
     bool lineBackgroundSet = false;
     std::vector<EffectRequest> effects;
 
-    // Reads a scene file. An unreadable file or malformed JSON is a ToolError with exit 1
-    // naming the path and the reason; unknown keys, effects or parameters and malformed
-    // values exit 2.
+    // Reads a scene file. An unreadable file is a ToolError with exit 1 naming the path and
+    // the reason; malformed JSON, unknown keys, effects or parameters and malformed values
+    // exit 2 naming the path, the key and the reason.
     static Scene load(const std::string& path);
 
     // The text forms shared by scene files and the command line.

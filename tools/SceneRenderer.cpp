@@ -112,17 +112,20 @@ public:
     float descent() const { return mDescent; }
 
     // The advance of [start, end) shaped with the context font drawing gives the line.
-    float operator()(int start, int end) const
-    {
-        if (end <= start) return 0.0f;
-        int context = LmFontDrawing::FindContextStart(mText, start);
-        LmLayout layout = LmLayoutUtils::doLayout(
-            mPaint, LmLayoutUtils::kBidiDefaultLTR, mTypeface.get(), reinterpret_cast<const uint16_t*>(mText),
-            (size_t)mBufSize, (size_t)start, (size_t)(end - start), (size_t)context, (size_t)(end - context));
-        return layout.getAdvance();
-    }
+    float operator()(int start, int end) const { return end <= start ? 0.0f : shape(start, end).getAdvance(); }
+
+    // The ink box of [start, end) relative to the pen (whole pixels).
+    LmGlyphBox ink(int start, int end) const { return end <= start ? LmGlyphBox() : shape(start, end).getBounds(); }
 
 private:
+    LmLayout shape(int start, int end) const
+    {
+        int context = LmFontDrawing::FindContextStart(mText, start);
+        return LmLayoutUtils::doLayout(mPaint, LmLayoutUtils::kBidiDefaultLTR, mTypeface.get(),
+                                       reinterpret_cast<const uint16_t*>(mText), (size_t)mBufSize, (size_t)start,
+                                       (size_t)(end - start), (size_t)context, (size_t)(end - context));
+    }
+
     const LmPaint& mPaint;
     const char16_t* mText;
     int mBufSize;
@@ -133,7 +136,7 @@ private:
 
 // LineInfo records from the layout, placed in the view as the Java bridge places a view's
 // layout: the vertical origin follows the gravity, x adds the left padding.
-void placeLines(const TextLayout& layout, LmView& view, List& out)
+void placeLines(const TextLayout& layout, LmView& view, int shiftX, List& out)
 {
     const int n = layout.getLineCount();
     int drawn = 0;
@@ -141,36 +144,37 @@ void placeLines(const TextLayout& layout, LmView& view, List& out)
     else if (view.maxLines >= 1) drawn = std::min(n, (int)view.maxLines);
     if (n == 0 || drawn == 0) return;
 
-    const int b0 = layout.line(0).baseline;
+    // Paddings reach INT_MAX: positions are summed in 64 bits and saturated.
+    const int64_t b0 = layout.line(0).baseline;
     const int g = view.gravity & LmView::kVerticalMask;
-    const int height = view.GetHeight(), padTop = view.GetPaddingTop(), padBottom = view.GetPaddingBottom();
+    const int64_t height = view.GetHeight(), padTop = view.GetPaddingTop(), padBottom = view.GetPaddingBottom();
     int first = 0, last = drawn - 1;
-    int origin = padTop + b0;
+    int64_t origin = padTop + b0;
     if (g == LmView::kCenterVertical || g == LmView::kFillVertical) {
-        int avail = height - padTop - padBottom;
-        int bottom = layout.line(drawn - 1).bottom;
+        const int64_t avail = height - padTop - padBottom;
+        const int64_t bottom = layout.line(drawn - 1).bottom;
         if (avail > bottom) origin += (avail - bottom) / 2;
     } else if (g == LmView::kBottom) {
-        origin = height + b0 - layout.line(n - 1).bottom - padBottom;
         first = n - drawn;
         last = n - 1;
     }
+    const int64_t bottomBase = height - padBottom - layout.line(n - 1).bottom;
     for (int i = first; i <= last; ++i) {
         const TextLayout::Line& l = layout.line(i);
         auto* info = new LineInfo();
-        info->baseline = g == LmView::kBottom ? height - padBottom - layout.line(n - 1).bottom + l.baseline
-                                              : origin - b0 + l.baseline;
-        info->x = lmToInt(l.left) + view.GetPaddingLeft();
+        info->baseline = lmSaturate(g == LmView::kBottom ? bottomBase + l.baseline : origin - b0 + l.baseline);
+        info->x = lmSaturate((int64_t)lmToInt(l.left) + view.GetPaddingLeft() + shiftX);
         info->start = l.start;
         info->end = l.visibleEnd;
         info->direction = 1;
-        info->bounds = LmRect(info->x, info->baseline + layout.getLineAscent(), info->x + lmToInt(l.width),
-                              info->baseline + layout.getLineDescent());
+        info->bounds = LmRect(info->x, lmSaturate((int64_t)info->baseline + layout.getLineAscent()),
+                              lmSaturate((int64_t)info->x + lmToInt(l.width)),
+                              lmSaturate((int64_t)info->baseline + layout.getLineDescent()));
         out.Add(info);
     }
 }
 
-int checkedSide(long value, const char* what)
+int checkedSide(int64_t value, const char* what)
 {
     if (value < 1 || value > kMaxViewSide)
         throw ToolError::usage(std::string("the view ") + what + " " + std::to_string(value) + " is outside 1.." +
@@ -189,13 +193,22 @@ LmPaint setUpObject(const Scene& scene, const std::string& fontPath, const LmStr
     if (scene.bold) paint.setJavaFlags(LmPaint::kAntiAliasFlag | LmPaint::kFakeBoldTextFlag);
     object.SetPaint(paint);
     object.SetTextStyle(scene.bold, scene.italic);
+    object.SetKeepWholeInk(!scene.clipToAdvance);
     object.SetTextColor(scene.color);
     object.SetBackgroundColor(scene.lineBackground, scene.lineBackgroundSet);
     return paint;
 }
 
+// Ink past the lines' advances on each side, which a fitted view makes room for when the
+// whole ink is kept.
+struct Overhang {
+    int left = 0;
+    int right = 0;
+};
+
 // Breaks the text into lines, measured with the font drawing's own families.
-TextLayout layOut(const Scene& scene, const std::string& fontPath, const LmPaint& paint, const LmString& text)
+TextLayout layOut(const Scene& scene, const std::string& fontPath, const LmPaint& paint, const LmString& text,
+                  Overhang& overhang)
 {
     std::unique_ptr<char16_t[]> utf16(text.GetUTF16());
     int length = std::max(0, text.GetUTF16Size() - 1);
@@ -208,19 +221,33 @@ TextLayout layOut(const Scene& scene, const std::string& fontPath, const LmPaint
     options.align = alignFor(scene);
     options.lineSpacing = (float)scene.lineSpacing;
     if (scene.width >= 0) {
-        options.alignWidth = (float)std::max(0, scene.width - pad[0] - pad[2]);
+        options.alignWidth = (float)std::max<int64_t>(0, (int64_t)scene.width - pad[0] - pad[2]);
         if (scene.wrap) options.wrapWidth = std::max(1.0f, options.alignWidth);
     }
-    return TextLayout(units, [&](int s, int e) { return measure(s, e); }, measure.ascent(), measure.descent(),
+    TextLayout layout(units, [&](int s, int e) { return measure(s, e); }, measure.ascent(), measure.descent(),
                       options);
+    if (scene.clipToAdvance) return layout;
+    for (int i = 0; i < layout.getLineCount(); ++i) {
+        const TextLayout::Line& l = layout.line(i);
+        const LmGlyphBox ink = measure.ink(l.start, l.visibleEnd);
+        if (ink.empty()) continue;
+        const float left = (float)lmToInt(l.left);
+        overhang.left = std::max(overhang.left, lmToInt(-(left + ink.left)));
+        overhang.right = std::max(overhang.right, lmToInt(std::ceil(left + ink.right - layout.getMaxWidth())));
+    }
+    return layout;
 }
 
 // The view sized from the scene (or the text), padded and placed, with its lines.
-void setUpView(const Scene& scene, const TextLayout& layout, LmTextObject& object, SceneRenderer::Result& result)
+void setUpView(const Scene& scene, const TextLayout& layout, const Overhang& overhang, LmTextObject& object,
+               SceneRenderer::Result& result)
 {
     const int* pad = scene.padding;
-    long width = scene.width >= 0 ? scene.width : (long)std::ceil(layout.getMaxWidth()) + pad[0] + pad[2];
-    long height = scene.height >= 0 ? scene.height : (long)layout.getHeight() + pad[1] + pad[3];
+    const bool fit = scene.width < 0;
+    const int64_t width = !fit ? scene.width
+                               : (int64_t)lmToInt(std::ceil(layout.getMaxWidth())) + overhang.left +
+                                     overhang.right + pad[0] + pad[2];
+    const int64_t height = scene.height >= 0 ? scene.height : (int64_t)layout.getHeight() + pad[1] + pad[3];
     result.viewWidth = checkedSide(width, "width");
     result.viewHeight = checkedSide(height, "height");
 
@@ -232,7 +259,7 @@ void setUpView(const Scene& scene, const TextLayout& layout, LmTextObject& objec
 
     List lines;
     lines.Construct();
-    placeLines(layout, *view, lines);
+    placeLines(layout, *view, fit ? overhang.left : 0, lines);
     object.SetLineInfo(&lines);
     lines.RemoveAll();
 }
@@ -243,8 +270,8 @@ RgbaImage renderImage(const Scene& scene, const SceneRenderer::Result& result, L
 {
     LmEffect* effect = object.GetEffect();
     LmView* view = object.GetView();
-    int bitmapWidth = result.viewWidth + effect->getLeftOffset() + effect->getRightOffset();
-    int bitmapHeight = result.viewHeight + effect->getTopOffset() + effect->getBottomOffset();
+    int bitmapWidth = lmSaturate((int64_t)result.viewWidth + effect->getLeftOffset() + effect->getRightOffset());
+    int bitmapHeight = lmSaturate((int64_t)result.viewHeight + effect->getTopOffset() + effect->getBottomOffset());
     view->SetBitmapWidth(bitmapWidth);
     view->SetBitmapHeight(bitmapHeight);
     const uint32_t* pixels = object.RenderTextEffect(bitmapWidth, bitmapHeight);
@@ -299,7 +326,9 @@ SceneRenderer::Result SceneRenderer::render(const Scene& scene)
     LmString text;
     text.Construct(scene.text.c_str());
     const LmPaint paint = setUpObject(scene, fontPath, text, object);
-    setUpView(scene, layOut(scene, fontPath, paint, text), object, result);
+    Overhang overhang;
+    const TextLayout layout = layOut(scene, fontPath, paint, text, overhang);
+    setUpView(scene, layout, overhang, object, result);
 
     LmEffect* effect = object.GetEffect();
     for (const EffectRequest& request : scene.effects) EffectCatalog::addTo(*effect, request);

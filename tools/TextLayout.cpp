@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+using LmFontEffect::lmSaturate;
 using LmFontEffect::lmToInt;
 
 namespace LmTextTool {
@@ -49,9 +50,10 @@ TextLayout::TextLayout(const std::u16string& text, const Measure& measure, float
     const int pitch = std::max(1, lmToInt(std::lround((double)fontHeight * options.lineSpacing)));
     for (size_t i = 0; i < mLines.size(); ++i) {
         Line& l = mLines[i];
-        l.top = (int)i * pitch;
-        l.baseline = l.top - mAscent;
-        l.bottom = i + 1 == mLines.size() ? l.top + fontHeight : l.top + pitch;
+        // Saturated: a huge spacing pushes lines out of any view instead of wrapping round.
+        l.top = lmSaturate((int64_t)i * pitch);
+        l.baseline = lmSaturate((int64_t)l.top - mAscent);
+        l.bottom = lmSaturate((int64_t)l.top + (i + 1 == mLines.size() ? fontHeight : pitch));
         float room = alignWidth - l.width;
         if (options.align == kCenter) l.left = room / 2;
         else if (options.align == kRight) l.left = room;

@@ -27,7 +27,7 @@ struct RenderArgs {
     std::string output;
     bool printKey = false;
     std::map<std::string, std::string> scalars;  // option name -> text
-    bool bold = false, italic = false, wrap = false;
+    bool bold = false, italic = false, wrap = false, clipToAdvance = false;
     std::map<std::string, std::vector<std::string>> effectArgs;
 };
 
@@ -82,6 +82,7 @@ int runRender(const CLI::App& sub, const RenderArgs& args)
     scene.bold = scene.bold || args.bold;
     scene.italic = scene.italic || args.italic;
     scene.wrap = scene.wrap || args.wrap;
+    scene.clipToAdvance = scene.clipToAdvance || args.clipToAdvance;
 
     // Effects from the command line follow the scene's, in the order they were typed.
     std::map<std::string, size_t> used;
@@ -163,6 +164,8 @@ CLI::App* addRenderCommand(CLI::App& app, RenderArgs& args)
     render->add_flag("--bold", args.bold, "fake bold");
     render->add_flag("--italic", args.italic, "italic (synthetic when the font has none)");
     render->add_flag("--wrap", args.wrap, "wrap lines to the view width (needs --width)");
+    render->add_flag("--clip-to-advance", args.clipToAdvance,
+                     "cut each line's ink to its advance and shift ink left of the pen in, as on Android");
     for (const EffectInfo& e : EffectCatalog::all()) {
         render->add_option("--" + e.name, args.effectArgs[e.name], e.summary + " (KEY=VALUE,...; see below)")
             ->expected(1)

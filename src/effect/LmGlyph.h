@@ -10,8 +10,8 @@ namespace LmFontEffect {
 class LmGlyph {
 public:
     unsigned char* pixels = nullptr;
-    uint16_t width = 0;
-    uint16_t height = 0;
+    uint32_t width = 0;   // a line may be wider than 16 bits; the bitmap cap bounds both
+    uint32_t height = 0;
     int32_t topOffset = 0;
     int32_t leftBearing = 0;
 };

@@ -3,6 +3,7 @@
 
 #include <climits>
 #include <cmath>
+#include <cstdint>
 
 namespace LmFontEffect {
 
@@ -22,6 +23,14 @@ inline unsigned lmToUnsigned(double v)
     if (std::isnan(v) || v <= 0.0) return 0;
     if (v >= 4294967295.0) return UINT_MAX;
     return (unsigned)v;
+}
+
+// A 64-bit sum or product brought back into the int range by saturation, never wrapping.
+inline int32_t lmSaturate(int64_t v)
+{
+    if (v > INT32_MAX) return INT32_MAX;
+    if (v < INT32_MIN) return INT32_MIN;
+    return (int32_t)v;
 }
 
 } // namespace LmFontEffect

@@ -46,12 +46,6 @@ void LogDebug(const char* message)
     LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "%s", message);
 }
 
-// Layout values come from Java unchecked: sums are taken in 64 bits and saturated.
-int32_t Saturate(int64_t v)
-{
-    return (int32_t)std::min<int64_t>(std::max<int64_t>(v, INT32_MIN), INT32_MAX);
-}
-
 LmTextObject* GetBoundTextObject(JNIEnv* env, jobject thiz)
 {
     if (!gHandleField || !thiz) return nullptr;
@@ -442,14 +436,14 @@ void PlaceLines(JNIEnv* env, jobject layout, const LayoutMethods& m, LmView& vie
     for (int i = first; i <= last; ++i) {
         auto* info = new LineInfo();
         const int64_t baseline = lineInt(m.lineBaseline, i);
-        info->baseline = Saturate(g == LmView::kBottom ? bottomBase + baseline : origin - b0 + baseline);
-        info->x = Saturate((int64_t)lmToInt(lineFloat(m.lineLeft, i)) + view.GetPaddingLeft());
+        info->baseline = lmSaturate(g == LmView::kBottom ? bottomBase + baseline : origin - b0 + baseline);
+        info->x = lmSaturate((int64_t)lmToInt(lineFloat(m.lineLeft, i)) + view.GetPaddingLeft());
         info->start = (int32_t)lineInt(m.lineStart, i);
         info->end = (int32_t)lineInt(m.lineVisibleEnd, i);
         info->direction = 1;
-        info->bounds = LmRect(info->x, Saturate(info->baseline + lineInt(m.lineAscent, i)),
-                              Saturate((int64_t)info->x + lmToInt(lineFloat(m.lineWidth, i))),
-                              Saturate(info->baseline + lineInt(m.lineDescent, i)));
+        info->bounds = LmRect(info->x, lmSaturate(info->baseline + lineInt(m.lineAscent, i)),
+                              lmSaturate((int64_t)info->x + lmToInt(lineFloat(m.lineWidth, i))),
+                              lmSaturate(info->baseline + lineInt(m.lineDescent, i)));
         out.Add(info);
     }
 }

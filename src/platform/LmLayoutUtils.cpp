@@ -14,9 +14,6 @@ namespace LmFontEffect {
 
 namespace {
 
-// Beyond this size no line mask (16-bit wide) could hold the text.
-constexpr float kMaxTextSize = 16384.0f;
-
 struct BidiRun {
     size_t start;  // absolute UTF-16 index
     size_t end;
@@ -283,7 +280,7 @@ LmLayout LmLayoutUtils::doLayout(const LmPaint& paint, int bidi, const LmTypefac
     LmLayout layout;
     if (!typeface || !text || !usableRange(bufSize, start, count, &contextStart, &contextCount)) return layout;
     const float size = paint.getTextSize();
-    if (!std::isfinite(size) || size <= 0.0f || size > kMaxTextSize) return layout;
+    if (!std::isfinite(size) || size <= 0.0f || size > LmPaint::kMaxTextSize) return layout;
 
     const Shaping shaping(paint, text, contextStart, contextCount);
     float pen = 0.0f;

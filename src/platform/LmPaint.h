@@ -22,6 +22,9 @@ public:
     };
     enum FamilyVariant { kVariantDefault = 0, kVariantCompact = 1, kVariantElegant = 2 };
 
+    // Largest text size drawn: beyond it outlines leave the rasteriser's coordinate range.
+    static constexpr float kMaxTextSize = 16384.0f;
+
     // Defaults: 12 px, no scale or skew, anti-aliased.
     LmPaint() = default;
 

@@ -1,6 +1,7 @@
 #include "platform/LmPlatformFont.h"
 
 #include "platform/LmAlphaCanvas.h"
+#include "platform/LmPaint.h"
 
 #include <ft2build.h>
 #include FT_FREETYPE_H
@@ -9,16 +10,13 @@
 #include FT_TRUETYPE_TABLES_H
 #include <hb.h>
 
+#include <algorithm>
 #include <cmath>
 #include <new>
 
 namespace LmFontEffect {
 
 namespace {
-
-// Beyond this pixel size outlines stop fitting the rasteriser's coordinate range and no
-// line mask could hold a glyph anyway.
-constexpr float kMaxTextSize = 16384.0f;
 
 // Outset of fake bold as a fraction of the text size: thin strokes at small sizes need a
 // relatively larger push to read as bold, so the ratio falls from 1/24 at 9 px to 1/32 at
@@ -40,30 +38,39 @@ float fakeBoldStrength(float size)
 
 bool usableStyle(const LmGlyphStyle& style)
 {
-    return std::isfinite(style.size) && style.size > 0.0f && style.size <= kMaxTextSize &&
+    return std::isfinite(style.size) && style.size > 0.0f && style.size <= LmPaint::kMaxTextSize &&
            std::isfinite(style.scaleX) && std::fabs(style.scaleX) <= 64.0f && std::isfinite(style.skewX) &&
            std::fabs(style.skewX) <= 64.0f;
 }
 
 FT_Fixed toFixed(double v) { return (FT_Fixed)std::lround(v * 65536.0); }
 
+// Side of the square tiles a glyph is rasterised in: FreeType reports spans with a 16-bit x,
+// so the rasteriser only ever sees coordinates local to one tile.
+constexpr int64_t kTile = 16384;
+
 struct SpanTarget {
     LmAlphaCanvas* canvas;
     int height;
     bool antiAlias;
+    int64_t tileX;  // canvas column and y-up row of the tile's origin
+    int64_t tileY;
 };
 
 // FreeType reports rows bottom-up (y up); the canvas counts rows top-down.
 void mergeSpans(int y, int count, const FT_Span* spans, void* user)
 {
     SpanTarget* t = static_cast<SpanTarget*>(user);
-    const int row = t->height - 1 - y;
+    const int row = (int)(t->height - 1 - (t->tileY + y));
     for (int i = 0; i < count; i++) {
         unsigned c = spans[i].coverage;
         if (!t->antiAlias) c = c >= 128 ? 255 : 0;
-        if (c) t->canvas->mergeSpan(spans[i].x, row, spans[i].len, c);
+        if (c) t->canvas->mergeSpan((int)(t->tileX + spans[i].x), row, spans[i].len, c);
     }
 }
+
+int64_t floorPixel(FT_Pos v) { return (int64_t)(v >> 6); }
+int64_t ceilPixel(FT_Pos v) { return (int64_t)((v + 63) >> 6); }
 
 } // namespace
 
@@ -181,21 +188,42 @@ void LmPlatformFont::DrawGlyph(uint32_t glyphId, const LmGlyphStyle& style, floa
     std::lock_guard<std::mutex> lock(mMutex);
     if (!LoadOutline(glyphId, style)) return;
     FT_Outline* outline = &mFace->glyph->outline;
-    // Origin (x, y) in y-down canvas space is (x, height - y) in the rasteriser's y-up space.
+    // Origin (x, y) in y-down canvas space is (x, height - y) in the rasteriser's y-up space;
+    // only its fraction goes into the outline, the whole pixels stay with the tiles.
     const int h = canvas->height();
-    FT_Outline_Translate(outline, (FT_Pos)std::lround((double)x * 64.0), (FT_Pos)std::lround(((double)h - y) * 64.0));
+    const int64_t originX = std::llround((double)x * 64.0), originY = std::llround(((double)h - y) * 64.0);
+    const int64_t ox = originX >> 6, oy = originY >> 6;
+    FT_Outline_Translate(outline, (FT_Pos)(originX & 63), (FT_Pos)(originY & 63));
+    FT_BBox box;
+    FT_Outline_Get_CBox(outline, &box);
+    // The glyph's pixels in canvas columns and y-up rows, cut to the canvas.
+    const int64_t x0 = std::max<int64_t>(floorPixel(box.xMin) + ox, 0);
+    const int64_t x1 = std::min<int64_t>(ceilPixel(box.xMax) + ox, canvas->width());
+    const int64_t y0 = std::max<int64_t>(floorPixel(box.yMin) + oy, 0);
+    const int64_t y1 = std::min<int64_t>(ceilPixel(box.yMax) + oy, h);
 
-    SpanTarget target{canvas, h, style.antiAlias};
+    SpanTarget target{canvas, h, style.antiAlias, 0, 0};
     FT_Raster_Params params = {};
     params.source = outline;
     params.flags = FT_RASTER_FLAG_AA | FT_RASTER_FLAG_DIRECT | FT_RASTER_FLAG_CLIP;
     params.gray_spans = mergeSpans;
     params.user = &target;
-    params.clip_box.xMin = 0;
-    params.clip_box.yMin = 0;
-    params.clip_box.xMax = canvas->width();
-    params.clip_box.yMax = h;
-    FT_Outline_Render(mLibrary, outline, &params);
+    // Each tile moves the outline so that the tile's corner is the rasteriser's origin.
+    int64_t shiftX = ox, shiftY = oy;
+    for (int64_t ty = y0; ty < y1; ty += kTile) {
+        for (int64_t tx = x0; tx < x1; tx += kTile) {
+            FT_Outline_Translate(outline, (FT_Pos)((shiftX - tx) * 64), (FT_Pos)((shiftY - ty) * 64));
+            shiftX = tx;
+            shiftY = ty;
+            target.tileX = tx;
+            target.tileY = ty;
+            params.clip_box.xMin = 0;
+            params.clip_box.yMin = 0;
+            params.clip_box.xMax = (FT_Pos)std::min<int64_t>(kTile, x1 - tx);
+            params.clip_box.yMax = (FT_Pos)std::min<int64_t>(kTile, y1 - ty);
+            FT_Outline_Render(mLibrary, outline, &params);
+        }
+    }
 }
 
 } // namespace LmFontEffect

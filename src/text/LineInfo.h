@@ -7,8 +7,8 @@
 
 namespace LmFontEffect {
 
-// Placement of one drawn line in view pixels. Font drawing moves `bounds` by the effect
-// offsets when it draws the line.
+// Placement of one drawn line in view pixels. `bounds` stays as the caller gave it; each render
+// derives `renderBounds` from it (moved by the effect offsets), so renders never accumulate.
 class LineInfo {
 public:
     int32_t x = 0;          // pen x of the line start: (int)(line left) + paddingLeft
@@ -17,6 +17,7 @@ public:
     int32_t end = 0;        // exclusive visible end
     int32_t direction = 1;  // negative: right to left
     LmRect bounds;          // x .. x + width, baseline + ascent .. baseline + descent
+    LmRect renderBounds;    // the box the last render painted the line's background in
 };
 
 } // namespace LmFontEffect

@@ -49,17 +49,24 @@ void deleteGlyphs(List* list)
     list->RemoveAll();
 }
 
-// The mask of one line: as wide as the advance, as high as the ink, the baseline topOffset
-// rows below its top. Cleared; no pixels when the size is empty or past the bitmap cap.
-LmGlyph* newLineGlyph(const LmLayout& layout)
+// The mask of one line, cleared, the baseline topOffset rows below its top: as high as the ink
+// and as wide as the advance (the ink's left edge at column 0), or with `wholeInk` as wide as
+// the ink, leftBearing columns right of the pen. No pixels when empty; a mask past the bitmap
+// cap is refused with a warning and error 3.
+LmGlyph* newLineGlyph(const LmLayout& layout, bool wholeInk)
 {
     LmGlyph* glyph = new LmGlyph();
     const LmGlyphBox& bounds = layout.getBounds();
-    glyph->width = (uint16_t)lmToUnsigned(layout.getAdvance());
-    glyph->height = (uint16_t)lmToUnsigned(bounds.bottom - bounds.top);
+    glyph->width = lmToUnsigned(wholeInk ? (double)bounds.right - bounds.left : (double)layout.getAdvance());
+    glyph->height = lmToUnsigned((double)bounds.bottom - bounds.top);
     glyph->topOffset = lmToInt(-bounds.top);
-    glyph->leftBearing = 0;
+    glyph->leftBearing = wholeInk ? lmToInt(bounds.left) : 0;
     const uint64_t bytes = LmBitmap::byteSize(glyph->width, glyph->height, 1);
+    if (!bytes && (uint64_t)glyph->width * glyph->height != 0) {
+        LmLog::Print(LmLog::LM_PRIO_WARN, kTag, "line mask %u x %u passes the bitmap cap of %llu pixels", glyph->width,
+                     glyph->height, (unsigned long long)LmBitmap::kMaxPixels);
+        Error::Report(kTag, Error::LM_ERR_OUT_OF_RANGE, __LINE__);
+    }
     glyph->pixels = bytes ? new (std::nothrow) unsigned char[bytes] : nullptr;
     if (!glyph->pixels) {
         glyph->width = 0;
@@ -153,6 +160,12 @@ void LmFontDrawing::DrawTextEffect(LmTextObject* textObject, LmBitmap* dst)
     }
 
     LmPaint paint = textObject->GetPaint();
+    const float size = paint.getTextSize();
+    if (!(size > 0.0f && size <= LmPaint::kMaxTextSize)) {
+        LmLog::Print(LmLog::LM_PRIO_WARN, kTag, "DrawTextEffect(%p) - text size %g is outside (0, %g]", (void*)this,
+                     (double)size, (double)LmPaint::kMaxTextSize);
+        Error::Report(kTag, Error::LM_ERR_OUT_OF_RANGE, __LINE__);
+    }
     effect->addText(textObject->GetTextColor());
     effect->initEffect(lmToInt(dst->width), lmToInt(dst->height));
     effect->setDstBitmap(dst);
@@ -185,7 +198,7 @@ void LmFontDrawing::DrawTextEffect(LmTextObject* textObject, LmBitmap* dst)
     const int count = lines->GetCount();
     for (int i = 0; i < count; i++) {
         LineInfo* line = static_cast<LineInfo*>(lines->Get(i));
-        if (line) DrawLine(line, utf16, textLength, paint, typeface.get(), effect);
+        if (line) DrawLine(line, utf16, textLength, paint, typeface.get(), effect, textObject->isKeepWholeInk());
     }
 
     typeface.reset();
@@ -195,7 +208,7 @@ void LmFontDrawing::DrawTextEffect(LmTextObject* textObject, LmBitmap* dst)
 }
 
 void LmFontDrawing::DrawLine(LineInfo* line, const char16_t* utf16, int textLength, LmPaint& paint,
-                             const LmTypeface* typeface, LmEffect* effect)
+                             const LmTypeface* typeface, LmEffect* effect, bool wholeInk)
 {
     ClearGlyphList();
     const int leftOffset = effect->getLeftOffset();
@@ -216,7 +229,7 @@ void LmFontDrawing::DrawLine(LineInfo* line, const char16_t* utf16, int textLeng
                                          (size_t)contextStart, (size_t)contextCount);
     }
 
-    LmGlyph* glyph = newLineGlyph(layout);
+    LmGlyph* glyph = newLineGlyph(layout, wholeInk);
     LmAlphaCanvas canvas(glyph->pixels, glyph->width, glyph->height);
     canvas.clear();
     LmGlyphBox bounds = layout.getBounds();
@@ -227,10 +240,10 @@ void LmFontDrawing::DrawLine(LineInfo* line, const char16_t* utf16, int textLeng
     _DoRender(leftOffset, toFixed26_6((long long)line->x + leftOffset),
               toFixed26_6((long long)line->baseline + topOffset), glyphList, effect, line->direction);
 
-    line->bounds.left = line->x + leftOffset;
-    line->bounds.top += topOffset;
-    line->bounds.bottom += topOffset;
-    line->bounds.right = line->bounds.left + lmToInt(layout.getAdvance());
+    const int64_t left = (int64_t)line->x + leftOffset;
+    line->renderBounds = LmRect(lmSaturate(left), lmSaturate((int64_t)line->bounds.top + topOffset),
+                                lmSaturate(left + lmToInt(layout.getAdvance())),
+                                lmSaturate((int64_t)line->bounds.bottom + topOffset));
 }
 
 void LmFontDrawing::_DoRender(int leftOffset, int x, int y, List* glyphs, LmEffect* effect, int direction)

@@ -55,10 +55,10 @@ public:
     static int FindContextStart(const char16_t* text, int start);
 
 private:
-    // Shapes one line, draws it into its mask, places the mask through the stack and moves
-    // the line's box by the stack's margins.
+    // Shapes one line, draws it into its mask, places the mask through the stack and sets the
+    // line's render box: its given box moved by the stack's margins, as wide as the advance.
     void DrawLine(LineInfo* line, const char16_t* utf16, int textLength, LmPaint& paint,
-                  const LmTypeface* typeface, LmEffect* effect);
+                  const LmTypeface* typeface, LmEffect* effect, bool wholeInk);
 
     LmString* familyName = nullptr;
     LmString* fontPath = nullptr;

@@ -270,6 +270,18 @@ bool LmTextObject::isBoldTextStyle()
     return (impl->textStyle & kBoldBit) != 0;
 }
 
+void LmTextObject::SetKeepWholeInk(bool keep)
+{
+    if (NoImpl(__LINE__)) return;
+    impl->keepWholeInk = keep;
+}
+
+bool LmTextObject::isKeepWholeInk()
+{
+    if (NoImpl(__LINE__)) return false;
+    return impl->keepWholeInk;
+}
+
 bool LmTextObject::isItalicTextStyle()
 {
     if (NoImpl(__LINE__)) return false;
@@ -316,6 +328,19 @@ uint32_t* LmTextObject::RenderTextEffect(int width, int height)
     unsigned w = width > 0 ? (unsigned)width : 0;
     unsigned h = height > 0 ? (unsigned)height : 0;
 
+    if (LmBitmap::byteSize(w, h, 4) == 0 && (uint64_t)w * h != 0) {
+        LmLog::Print(LmLog::LM_PRIO_WARN, kTag, "RenderTextEffect(%p) - bitmap %u x %u passes the cap of %llu pixels",
+                     (void*)this, w, h, (unsigned long long)LmBitmap::kMaxPixels);
+        Error::Report(kTag, Error::LM_ERR_OUT_OF_RANGE, __LINE__);
+        return nullptr;
+    }
+    // Each render derives the line boxes from the records as given.
+    const int lineCount = impl->lineInfo ? impl->lineInfo->GetCount() : 0;
+    for (int i = 0; i < lineCount; ++i) {
+        LineInfo* line = static_cast<LineInfo*>(impl->lineInfo->Get(i));
+        if (line) line->renderBounds = line->bounds;
+    }
+
     LmBitmap* composite = new LmBitmap(w, h, 4);
     if (!impl->fontDrawing) {
         Error::Report(kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
@@ -340,12 +365,12 @@ uint32_t* LmTextObject::RenderTextEffect(int width, int height)
         canvas.clipRect(left, top, right, bottom);
 
         if (impl->backgroundEnabled) {
-            int count = impl->lineInfo ? impl->lineInfo->GetCount() : 0;
-            for (int i = 0; i < count; ++i) {
+            for (int i = 0; i < lineCount; ++i) {
                 const LineInfo* line = static_cast<const LineInfo*>(impl->lineInfo->Get(i));
                 if (!line) continue;
-                canvas.drawRect((float)line->bounds.left, (float)line->bounds.top, (float)line->bounds.right,
-                                (float)line->bounds.bottom, impl->backgroundColor);
+                const LmRect& box = line->renderBounds;
+                canvas.drawRect((float)box.left, (float)box.top, (float)box.right, (float)box.bottom,
+                                impl->backgroundColor);
             }
         }
 

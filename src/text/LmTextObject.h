@@ -50,6 +50,11 @@ public:
     int SetTextStyle(bool bold, bool italic);
     bool isBoldTextStyle();
     bool isItalicTextStyle();
+    // Off (the default): each line's mask is as wide as the advance, its ink's left edge at
+    // the pen, so ink past either side is cut or shifted in. On: the mask covers the whole ink
+    // where the font puts it.
+    void SetKeepWholeInk(bool keep);
+    bool isKeepWholeInk();
     void SetPaint(LmPaint& paint);
     LmPaint GetPaint();
     void SetBackgroundColor(uint32_t color, bool enabled);

@@ -38,6 +38,7 @@ public:
     LmPaint paint;
     uint32_t backgroundColor = 0;
     bool backgroundEnabled = false;
+    bool keepWholeInk = false;
     uint32_t textColor = 0xFF000000u;
 };
 

@@ -2,11 +2,16 @@
 
 #include "effect/LmEffect.h"
 #include "effect/LmGlyph.h"
+#include "foundation/Error.h"
+#include "foundation/LmLog.h"
 #include "foundation/LmString.h"
 #include "raster/LmBitmap.h"
 #include "support/TestSupport.h"
 #include "text/LmFontDrawing.h"
 #include "text/LmView.h"
+
+#include <climits>
+#include <tuple>
 
 using namespace LmFontEffect;
 using namespace LmTest;
@@ -44,15 +49,16 @@ protected:
     void SetUp() override { freshFontManager(false); }
     void TearDown() override { freshFontManager(false); }
 
-    // Draws one line of `text` and returns the object's last line mask.
-    const LmGlyph* drawLine(LmTextObject& object, const wchar_t* text, int end, LmPaint paint)
+    // Draws one line of `text` at pen x and returns the object's last line mask.
+    const LmGlyph* drawLine(LmTextObject& object, const wchar_t* text, int end, LmPaint paint, int x = 4,
+                            const char* font = kSansPath)
     {
         object.Construct();
         object.SetText(text);
-        object.SetFont(kSansPath);
+        object.SetFont(font);
         object.SetPaint(paint);
         object.GetView()->SetSize(200, 80);
-        giveLines(object, {newLine(4, 50, 0, end)});
+        giveLines(object, {newLine(x, 50, 0, end)});
         object.RenderTextEffect(200, 80);
         List* glyphs = object.GetFont()->GetGlyphList();
         return glyphs->GetCount() == 1 ? static_cast<const LmGlyph*>(glyphs->Get(0)) : nullptr;
@@ -138,7 +144,7 @@ TEST_F(FontDrawing, InkLeftOfTheOriginShiftsInAndInkPastTheAdvanceIsCut)
     ASSERT_NE(nullptr, j);
     ASSERT_LT(layoutOf(u"j", paintOf(40.0f)).getBounds().left, 0.0f);
     bool column0 = false;
-    for (int y = 0; y < j->height; y++) column0 = column0 || j->pixels[(size_t)y * j->width];
+    for (uint32_t y = 0; y < j->height; y++) column0 = column0 || j->pixels[(size_t)y * j->width];
     EXPECT_TRUE(column0);
 }
 
@@ -153,8 +159,79 @@ TEST_F(FontDrawing, TwoFontRunsShareOneMaskAndLeaveThePaintAlone)
     const LmGlyph* g = drawLine(object, L"ab\u4E2D", 3, paint);
     ASSERT_NE(nullptr, g);
     int hanInk = 0;
-    for (int y = 0; y < g->height; y++)
-        for (int x = g->width * 2 / 3; x < g->width; x++) hanInk += g->pixels[(size_t)y * g->width + x] != 0;
+    for (uint32_t y = 0; y < g->height; y++)
+        for (uint32_t x = g->width * 2 / 3; x < g->width; x++) hanInk += g->pixels[(size_t)y * g->width + x] != 0;
     EXPECT_GT(hanInk, 50);
     EXPECT_FLOAT_EQ(-0.2f, object.GetPaint().getTextSkewX());
+}
+
+TEST_F(FontDrawing, LineBoxesSaturateAndARepeatedRenderRepeatsItsPixels)
+{
+    // A pen x near INT_MAX, or an advance saturated by a huge letter spacing, must not wrap;
+    // the render box is the given box moved once by the shadow's margins, however often drawn.
+    for (auto c : {std::make_pair(10, 0.0f), std::make_pair(INT_MAX - 5, 0.0f), std::make_pair(10, 1e30f)}) {
+        LmTextObject object;
+        LmPaint paint = paintOf(30.0f);
+        paint.setLetterSpacing(c.second);
+        drawLine(object, L"Hi", 2, paint, c.first);
+        object.SetBackgroundColor(0xFF204080u, true);
+        ASSERT_GE(object.GetEffect()->addOuterShadowText(270.0f, 6.0f, 4.0f, 0xFF000000u, 1.0f), 0);
+        const uint32_t* px = object.RenderTextEffect(200, 80);
+        const std::vector<uint32_t> first(px, px + 200 * 80);
+        EXPECT_TRUE(std::equal(first.begin(), first.end(), object.RenderTextEffect(200, 80)));
+        const LmRect& box = static_cast<const LineInfo*>(object.GetLineInfo()->Get(0))->renderBounds;
+        EXPECT_EQ(10 + object.GetEffect()->getTopOffset(), box.top);
+        EXPECT_EQ((int)std::min<int64_t>((int64_t)c.first + object.GetEffect()->getLeftOffset(), INT_MAX), box.left);
+    }
+}
+
+TEST_F(FontDrawing, RefusalsAtTheLimitsWarnAndSetError3)
+{
+    // The line mask past the bitmap cap, the text size past its cap, the bitmap past its cap.
+    for (auto c : {std::make_tuple(16384.0f, 80, "passes the bitmap cap"), std::make_tuple(20000.0f, 80, "size 20000"),
+                   std::make_tuple(12.0f, 32770, "passes the cap")}) {
+        LmTextObject object;
+        drawLine(object, L"WW", 2, paintOf(std::get<0>(c)));
+        LogCapture log;
+        Error::SetError(0);
+        EXPECT_EQ(std::get<1>(c) == 80, object.RenderTextEffect(std::get<1>(c), std::get<1>(c)) != nullptr);
+        EXPECT_EQ((unsigned long)Error::LM_ERR_OUT_OF_RANGE, Error::GetError());
+        EXPECT_TRUE(std::any_of(log.lines().begin(), log.lines().end(), [&](const LogLine& l) {
+            return l.priority == LmLog::LM_PRIO_WARN && l.message.find(std::get<2>(c)) != std::string::npos;
+        })) << std::get<2>(c);
+    }
+}
+
+TEST_F(FontDrawing, ALineWiderThan16BitsIsDrawnWhole)
+{
+    // Spaced 30,000 px apart, the fourth 'i' lies past 65,535 (the old mask width) and 32,767
+    // (the rasteriser's span x): it has as much ink as the first.
+    LmTextObject object;
+    LmPaint paint = paintOf(20.0f);
+    paint.setLetterSpacing(1500.0f);
+    const LmGlyph* g = drawLine(object, L"iiii", 4, paint);
+    ASSERT_GT(g->width, 4 * 29000u);
+    int64_t ink[4] = {};
+    for (size_t i = 0; i < (size_t)g->width * g->height; i++) ink[i % g->width * 4 / g->width] += g->pixels[i];
+    EXPECT_GT(ink[0], 1000);
+    EXPECT_NEAR(ink[0], ink[3], ink[0] / 20);
+}
+
+TEST_F(FontDrawing, WholeInkMasksSpanTheOutlinesOwnBounds)
+{
+    // Oblique and synthetic italic "jf" at 300 px: the 'j' hooks left of the pen, the 'f' leans
+    // past the advance. The kept mask spans the union of the outlines' boxes where the font puts it.
+    for (auto c : {std::make_pair(kSansObliquePath, false), std::make_pair(kSansPath, true)}) {
+        LmTextObject object;
+        drawLine(object, L"jf", 2, paintOf(300.0f), 4, c.first);
+        object.SetTextStyle(false, c.second);
+        object.SetKeepWholeInk(true);
+        object.RenderTextEffect(200, 80);
+        const LmGlyph* g = static_cast<const LmGlyph*>(object.GetFont()->GetGlyphList()->Get(0));
+        auto typeface = LmTypeface::createFromFamilies({familyOf(c.first)}, 400, c.second);
+        const LmLayout layout = layoutOf(u"jf", paintOf(300.0f), typeface.get());
+        ASSERT_GT(layout.getBounds().right, layout.getAdvance() + 10.0f);
+        EXPECT_EQ((int)layout.getBounds().left, g->leftBearing) << c.first;
+        EXPECT_EQ((uint32_t)(layout.getBounds().right - layout.getBounds().left), g->width) << c.first;
+    }
 }

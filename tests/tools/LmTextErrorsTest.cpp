@@ -12,6 +12,10 @@ namespace {
 
 const std::string kDir = LmTest::scratchDir();
 
+// A PNG header claiming 65535 x 65535 RGBA pixels, with a token IDAT and IEND.
+const std::string kHugePng("\x89\x50\x4e\x47\x0d\x0a\x1a\x0a\x00\x00\x00\x0d\x49\x48\x44\x52\x00\x00\xff\xff\x00\x00\xff\xff\x08\x06\x00\x00\x00\xb6\x05\xd9"
+                           "\x50\x00\x00\x00\x08\x49\x44\x41\x54\x78\x9c\x03\x00\x00\x00\x00\x01\x48\x06\x89\xd2\x00\x00\x00\x00\x49\x45\x4e\x44\xae\x42\x60\x82", 65);
+
 TEST(LmTextErrors, BadInputGivesItsExitCodeAndNamesTheArgument)
 {
     LmTest::writeText(kDir + "bad-effect.json", R"({"text": "Hi", "effects": [{"type": "bevell"}]})");
@@ -20,7 +24,9 @@ TEST(LmTextErrors, BadInputGivesItsExitCodeAndNamesTheArgument)
     LmTest::writeText(kDir + "bad-stop.json", R"({"text": "Hi", "effects": [
         {"type": "linear-gradient", "stops": [{"color": "#FF0000", "place": 0}]}]})");
     LmTest::writeText(kDir + "broken.json", "{\"text\": \"Hi\",");
+    LmTest::writeText(kDir + "huge-number.json", R"({"text": "Hi", "size": 1e999})");
     LmTest::writeText(kDir + "not-a-font.ttf", "plain text, not a font");
+    LmTest::writeText(kDir + "huge.png", kHugePng);
     const std::string out = kDir + "x.png";
     const std::vector<std::string> hi = {"render", "-t", "Hi", "-f", kToolFont, "-o", out};
     struct Case {
@@ -50,6 +56,12 @@ TEST(LmTextErrors, BadInputGivesItsExitCodeAndNamesTheArgument)
         {{"--width", "12.5"}, true, 2, "12.5", ""},
         {{"--width", "0"}, true, 2, "width 0", "1..16384"},
         {{"-p", "1,2,3"}, true, 2, "1,2,3", "LEFT,TOP,RIGHT,BOTTOM"},
+        // Huge geometry is summed without wrapping: a fitted view passes the side cap, text in a
+        // fixed view lies outside it.
+        {{"-t", "A\\nB", "--line-spacing", "1e9"}, true, 2, "height", "1..16384"},
+        {{"-W", "100", "-p", "2000000000"}, true, 2, "height", "1..16384"},
+        {{"-W", "100", "-H", "60", "-p", "0,2147483647,0,0"}, true, 0, "", ""},
+        {{"-H", "60", "-p", "0,2000000000,0,2000000000", "-g", "center_vertical"}, true, 0, "", ""},
         {{"--linear-gradient", "stops=#F00@0+blue@x"}, true, 2, "'x'", ""},
         {{"render", kDir + "bad-size.json", "-o", out}, false, 2, "\"large\"", ""},
         // Missing pieces.
@@ -61,7 +73,11 @@ TEST(LmTextErrors, BadInputGivesItsExitCodeAndNamesTheArgument)
          "No such file"},
         {{"render", "-t", "Hi", "-f", kDir + "not-a-font.ttf", "-o", out}, false, 1, kDir + "not-a-font.ttf", ""},
         {{"render", kDir + "missing.json", "-o", out}, false, 1, kDir + "missing.json", "No such file"},
-        {{"render", kDir + "broken.json", "-o", out}, false, 1, kDir + "broken.json", "parse error"},
+        // Malformed JSON is a bad scene: the file, the last key read and the reason.
+        {{"render", kDir + "broken.json", "-o", out}, false, 2, kDir + "broken.json", "parse error"},
+        {{"render", kDir + "huge-number.json", "-o", out}, false, 2, kDir + "huge-number.json", "key \"size\""},
+        // An image header is checked against the cap before its pixels are allocated.
+        {{"--pattern", "image=" + kDir + "huge.png"}, true, 1, kDir + "huge.png", "over the limit"},
         {{"render", "-t", "Hi", "-f", kToolFont, "-o", kDir + "no-such-dir/out.png"}, false, 1,
          kDir + "no-such-dir/out.png", ""},
     };

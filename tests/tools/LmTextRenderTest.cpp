@@ -190,3 +190,12 @@ TEST(LmTextRender, ScenesMatchTheirGoldenImages)
 }
 
 } // namespace
+
+TEST(LmTextRender, WholeInkByDefaultAndClippedToTheAdvanceOnRequest)
+{
+    // Clipped, the hook of "j" is shifted in to column 0 and the italic "f" cut at the advance.
+    const std::vector<unsigned> whole = inkBox(render("whole.png", {"-t", "jf", "-s", "96", "--italic"}));
+    const std::vector<unsigned> cut = inkBox(render("cut.png", {"-t", "jf", "-s", "96", "--italic", "--clip-to-advance"}));
+    EXPECT_GT(whole[2] - whole[0], cut[2] - cut[0] + 5);
+    EXPECT_EQ(0u, cut[0]);
+}

@@ -137,7 +137,7 @@ JNIEXPORT jintArray JNICALL Java_com_zentrix_android_sdk_lme_NativeProbe_renderD
     lines.Construct();
     for (size_t i = 0; i + 7 < l.size(); i += 8) {
         auto* info = new LineInfo();
-        *info = LineInfo{l[i], l[i + 1], l[i + 2], l[i + 3], 1, LmRect(l[i + 4], l[i + 5], l[i + 6], l[i + 7])};
+        *info = LineInfo{l[i], l[i + 1], l[i + 2], l[i + 3], 1, LmRect(l[i + 4], l[i + 5], l[i + 6], l[i + 7]), LmRect()};
         lines.Add(info);
     }
     object.SetLineInfo(&lines);
