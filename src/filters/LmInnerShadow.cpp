@@ -46,8 +46,8 @@ void LmInnerShadow::setProperty(LmProperty* p)
 {
     const LmShadowProperty* s = dynamic_cast<const LmShadowProperty*>(p);
     if (!s) return;
-    delete property;
-    property = new (std::nothrow) LmInnerShadowProperty(s->angle, s->distance, s->size, s->colour, s->opacity);
+    replaceRecord(property,
+                  new (std::nothrow) LmInnerShadowProperty(s->angle, s->distance, s->size, s->colour, s->opacity));
 }
 
 LmProperty* LmInnerShadow::getProperty() { return property; }

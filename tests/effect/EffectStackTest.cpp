@@ -2,6 +2,7 @@
 #include "effect/LmECoreBase.h"
 #include "effect/LmEffect.h"
 #include "effect/LmGlyph.h"
+#include "effect/LmGradient.h"
 #include "effect/LmOuterShadowProperty.h"
 #include "effect/LmStrokeProperty.h"
 #include "effect/LmText.h"
@@ -47,6 +48,30 @@ TEST(LmEffect, AddingAKindTwiceReplacesItsParametersInPlace)
     ASSERT_NE(nullptr, p);
     EXPECT_EQ(7.0f, p->size);
     EXPECT_EQ(0xFFFF0000u, p->colour);
+}
+
+TEST(LmEffect, EveryLayerTakesItsOwnRecordBack)
+{
+    // Each layer builds its copy before the old record goes; the sanitizer build reports the
+    // read of freed memory otherwise.
+    LmGradient stops[] = {{0xFFFF0000u, 1, 0}, {0xFF0000FFu, 1, 1}};
+    LmEffect e; // not the pattern: its key names the image, which a new copy moves
+    e.addOuterShadowText(120, 5, 3, 0xFF000000u, 1);
+    e.addInnerShadowText(45, 4, 2, 0xFF000000u, 1);
+    e.addOuterGlowText(5, 0xFF00FF00u, 1, 2, stops);
+    e.addInnerGlowText(3, 0, 1, 2, stops);
+    e.addBevelText(0, 5, 1, 0, 0, 2, 1, 120, 30, 0xFF000000u, 1, 0xFFFFFFFFu, 1);
+    e.addEmbossText(1, 5, 1, 1, 1, 0, 1, 120, 30, 0xFF000000u, 1, 0xFFFFFFFFu, 1);
+    e.addLinearGradientText(30, 1, 1, 2, stops);
+    e.addRadialGradientText(1, 1, 2, stops);
+    e.addStrokeText(3, 0xFF000000u, 1, 0, 1);
+    e.addText(0xFF000000u);
+    std::unique_ptr<char[]> before(e.getMapKey());
+    const std::vector<int> offsets = {e.getLeftOffset(), e.getRightOffset(), e.getTopOffset(), e.getBottomOffset()};
+    for (LmECore* layer : e.getLayers()) layer->setProperty(layer->getProperty());
+    std::unique_ptr<char[]> after(e.getMapKey());
+    EXPECT_STREQ(before.get(), after.get());
+    EXPECT_EQ(offsets, (std::vector<int>{e.getLeftOffset(), e.getRightOffset(), e.getTopOffset(), e.getBottomOffset()}));
 }
 
 TEST(LmEffect, IdsCountUpAndAreNotReusedUntilRelease)
