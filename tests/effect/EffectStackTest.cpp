@@ -323,24 +323,15 @@ TEST(LmEffect, KeyFollowsInsertionOrderAndIncludesTheText)
     EXPECT_STREQ("", empty.get());
 }
 
-TEST(LmTextLayer, DrawsNothingWithoutAPropertyAndCopiesOne)
+TEST(LmTextLayer, TakesColourAndOpacityFromAnyRecord)
 {
     LmText t;
-    LmBitmap mask(1, 1, 1), target(1, 1, 4);
-    mask.pixels[0] = 255;
-    LmRect rect(0, 0, 1, 1);
-    LmECore::ParamPostProcessing p{&target, &mask, &rect, 0, nullptr};
-    t.doPostProcessing(&p); // no property yet: nothing drawn
-    EXPECT_EQ(0, target.pixels[3]);
-
     LmStrokeProperty stroke(4, 0xFF00FF00u, 0.25f, 0, 1);
     t.setProperty(&stroke);
     auto* copy = dynamic_cast<LmTextProperty*>(t.getProperty());
     ASSERT_NE(nullptr, copy);
     EXPECT_EQ(0xFF00FF00u, copy->colour);
     EXPECT_EQ(0.25f, copy->opacity);
-    t.setProperty(nullptr);
-    EXPECT_EQ(copy, t.getProperty());
 }
 
 TEST(LmTextLayer, TwoPassAndOnePassModesDifferOnEdges)

@@ -38,22 +38,6 @@ LmEmbossProperty embossRecord(int style, float size, int technique, int soften =
 
 } // namespace
 
-TEST(Relief, BlurWeightsFallToAHundredthAtTheRadius)
-{
-    const struct {
-        int r;
-        std::vector<int> weights;
-        int total;
-    } cases[] = {{0, {100}, 100}, {1, {100, 1}, 102}, {2, {100, 32, 1}, 166}, {3, {100, 60, 13, 1}, 248}};
-    for (const auto& c : cases) {
-        std::vector<int> w(c.r + 1);
-        int total = 0;
-        LmRelief::blurWeights(w.data(), &total, c.r);
-        EXPECT_EQ(w, c.weights) << "r " << c.r;
-        EXPECT_EQ(total, c.total) << "r " << c.r;
-    }
-}
-
 TEST(Relief, BlurLeavesItsBorderAsTheDestinationHeldIt)
 {
     std::vector<unsigned char> src(7 * 7, 0), dst(7 * 7, 9);
@@ -225,20 +209,4 @@ TEST(Relief, BadInputDrawsNothingOrRunsSafely)
                         EXPECT_TRUE(run.untouched()) << c.what << " kind " << kind;
                     }
                 }
-}
-
-TEST(Relief, NullRecordOrEmptyBoxDrawsNothing)
-{
-    const Mask mask = LmTest::disc(16, 5);
-    LmBevel bevel;
-    LmEmboss emboss;
-    bevel.setProperty(nullptr);
-    FilterRun run(mask);
-    EXPECT_EQ(run.run(bevel), 0);
-    EXPECT_EQ(run.run(emboss), 0);
-    LmBevelProperty p = bevelRecord(1, 5, 0);
-    bevel.setProperty(&p);
-    run.textRect = LmRect(4, 4, 4, 9);
-    EXPECT_EQ(run.run(bevel), 0);
-    EXPECT_TRUE(run.untouched());
 }

@@ -45,7 +45,6 @@ TEST(StrokeKernel, WorkedRadii)
 TEST(StrokeLayer, PropertyAndOffsets)
 {
     LmStroke s;
-    EXPECT_EQ(s.getStyle(), 10);
     LmStrokeProperty p(3.0f, 0xFF112233, 0.5f, 7, CENTRE);
     s.setProperty(&p);
     auto* copy = static_cast<LmStrokeProperty*>(s.getProperty());
