@@ -30,8 +30,6 @@ std::vector<int> kinds(const std::vector<LmECore*>& layers)
     return out;
 }
 
-const unsigned char* px(const LmBitmap& b, unsigned x, unsigned y) { return b.pixels + (y * b.width + x) * 4; }
-
 } // namespace
 
 TEST(LmEffect, AddingAKindTwiceReplacesItsParametersInPlace)
@@ -208,34 +206,6 @@ TEST(LmEffect, PassWithoutGlyphsPostProcessesNothing)
     for (unsigned i = 0; i < 6 * 6 * 4; ++i) ASSERT_EQ(0, out.pixels[i]);
 }
 
-TEST(LmEffect, OnePassTextIsPaintedAndUnpremultiplied)
-{
-    LmEffect e;
-    e.addText(0xFFFF0000u); // opaque red
-    LmBitmap out(4, 2, 4);
-    unsigned char cov[4] = {255, 128, 0, 255};
-    LmGlyph g;
-    g.pixels = cov;
-    g.width = 2;
-    g.height = 2;
-    e.initEffect(4, 2);
-    e.setDstBitmap(&out);
-    e.renderEffectLayer(1, 0, &g);
-    EXPECT_EQ(1, e.getTextRect()->left);
-    EXPECT_EQ(3, e.getTextRect()->right);
-    e.doEffectPostProcessing();
-    e.compositeLayers(&out);
-    // Red stays red: byte 0 of the R, G, B, A pixel.
-    EXPECT_EQ(255, px(out, 1, 0)[0]);
-    EXPECT_EQ(0, px(out, 1, 0)[2]);
-    EXPECT_EQ(255, px(out, 1, 0)[3]);
-    // Half coverage: premultiplied (128, 0, 0, 128) comes out as (255, 0, 0, 128).
-    EXPECT_EQ(128, px(out, 2, 0)[3]);
-    EXPECT_EQ(255, px(out, 2, 0)[0]);
-    EXPECT_EQ(0, px(out, 0, 0)[3]);
-    EXPECT_EQ(nullptr, e.getSrcBitmap()); // the pass's images are gone
-}
-
 TEST(LmEffect, UnpremultiplyWithOverallAlpha)
 {
     // A premultiplied pixel (c 64, A 128) with text alpha 255 leaves as (128, 128).
@@ -261,39 +231,6 @@ TEST(LmEffect, UnpremultiplyWithOverallAlpha)
     EXPECT_EQ(200, out2.pixels[0]);
     EXPECT_EQ(0, out2.pixels[4 + 3]);
     EXPECT_EQ(0, out2.pixels[4]);
-}
-
-TEST(LmEffect, TwoPassMergeThroughTheMask)
-{
-    LmEffect e;
-    e.setTextOpacity(0.5f);
-    e.addText(0xFF0000FFu, 0.5f); // blue at half opacity, drawn on/off in two-pass mode
-    LmBitmap out(3, 1, 4);
-    unsigned char cov[3] = {255, 100, 0};
-    LmGlyph g;
-    g.pixels = cov;
-    g.width = 3;
-    g.height = 1;
-    e.initEffect(3, 1);
-    ASSERT_EQ(1, e.getCompositeMode());
-    // Paint the under-image by hand: opaque green.
-    LmBitmap* under = e.getUnderBitmap();
-    for (int i = 0; i < 3; ++i) {
-        under->pixels[4 * i + 1] = 255;
-        under->pixels[4 * i + 3] = 255;
-    }
-    e.setDstBitmap(&out);
-    e.renderEffectLayer(0, 0, &g);
-    e.doEffectPostProcessing();
-    // Text layer with mode 3 writes the full premultiplied colour wherever coverage is non-zero.
-    const unsigned textAlpha = 128; // (unsigned)(0.5 + 0.5 * 255)
-    EXPECT_EQ(textAlpha, px(out, 1, 0)[3]);
-    e.compositeLayers(&out);
-    // Full coverage: the output shows; no coverage: the under-image shows; between, a mix.
-    EXPECT_EQ(128, px(out, 0, 0)[3]);
-    EXPECT_EQ(255, px(out, 2, 0)[1]);
-    EXPECT_EQ(255, px(out, 2, 0)[3]);
-    EXPECT_EQ(205, px(out, 1, 0)[3]);
 }
 
 TEST(LmEffect, KeyFollowsInsertionOrderAndIncludesTheText)

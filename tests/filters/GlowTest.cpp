@@ -3,10 +3,10 @@
 
 #include "effect/LmGlowProperty.h"
 #include "effect/LmStrokeProperty.h"
-#include "foundation/LmConvert.h"
 
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <cmath>
 #include <vector>
 
@@ -52,7 +52,8 @@ TEST(GlowColorTable, WorkedEntries)
 
 TEST(GlowLayer, OffsetsAndOwnCopyOfTheRecord)
 {
-    for (float size : {10.4f, 10.5f, NAN, 1e30f}) EXPECT_EQ(glowOf(INNER, size)->getOffset(), lmToInt(size + 0.5f));
+    const std::pair<float, int> offsets[] = {{10.4f, 10}, {10.5f, 11}, {NAN, 0}, {1e30f, INT_MAX}};
+    for (const auto& o : offsets) EXPECT_EQ(glowOf(INNER, o.first)->getOffset(), o.second) << o.first;
     // Given another kind's record, or the caller's stops changed: the layer keeps its copy.
     std::vector<LmGradient> stops = {stop(RED, 0), stop(BLUE, 1)};
     auto layer = glowOf(OUTER, 5, WHITE, stops);
