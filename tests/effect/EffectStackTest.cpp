@@ -4,6 +4,7 @@
 #include "effect/LmGlyph.h"
 #include "effect/LmGradient.h"
 #include "effect/LmOuterShadowProperty.h"
+#include "effect/LmPatternProperty.h"
 #include "effect/LmStrokeProperty.h"
 #include "effect/LmText.h"
 #include "effect/LmTextProperty.h"
@@ -48,10 +49,11 @@ TEST(LmEffect, AddingAKindTwiceReplacesItsParametersInPlace)
     EXPECT_EQ(0xFFFF0000u, p->colour);
 }
 
-TEST(LmEffect, EveryLayerTakesItsOwnRecordBack)
+TEST(LmEffect, EveryLayerTakesItsOwnRecordBackAndIgnoresForeignOnes)
 {
     // Each layer builds its copy before the old record goes; the sanitizer build reports the
-    // read of freed memory otherwise.
+    // read of freed memory otherwise. Only the pattern layer takes a pattern record (and the
+    // text layer any record).
     LmGradient stops[] = {{0xFFFF0000u, 1, 0}, {0xFF0000FFu, 1, 1}};
     LmEffect e; // not the pattern: its key names the image, which a new copy moves
     e.addOuterShadowText(120, 5, 3, 0xFF000000u, 1);
@@ -66,7 +68,11 @@ TEST(LmEffect, EveryLayerTakesItsOwnRecordBack)
     e.addText(0xFF000000u);
     std::unique_ptr<char[]> before(e.getMapKey());
     const std::vector<int> offsets = {e.getLeftOffset(), e.getRightOffset(), e.getTopOffset(), e.getBottomOffset()};
-    for (LmECore* layer : e.getLayers()) layer->setProperty(layer->getProperty());
+    LmPatternProperty foreign(nullptr, 1, 1);
+    for (LmECore* layer : e.getLayers()) {
+        layer->setProperty(layer->getProperty());
+        if (layer->getStyle() != LM_EFFECT_TEXT) layer->setProperty(&foreign);
+    }
     std::unique_ptr<char[]> after(e.getMapKey());
     EXPECT_STREQ(before.get(), after.get());
     EXPECT_EQ(offsets, (std::vector<int>{e.getLeftOffset(), e.getRightOffset(), e.getTopOffset(), e.getBottomOffset()}));

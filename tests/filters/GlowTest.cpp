@@ -2,7 +2,6 @@
 #include "filters/GoldenPass.h"
 
 #include "effect/LmGlowProperty.h"
-#include "effect/LmStrokeProperty.h"
 
 #include <gtest/gtest.h>
 
@@ -54,12 +53,10 @@ TEST(GlowLayer, OffsetsAndOwnCopyOfTheRecord)
 {
     const std::pair<float, int> offsets[] = {{10.4f, 10}, {10.5f, 11}, {NAN, 0}, {1e30f, INT_MAX}};
     for (const auto& o : offsets) EXPECT_EQ(glowOf(INNER, o.first)->getOffset(), o.second) << o.first;
-    // Given another kind's record, or the caller's stops changed: the layer keeps its copy.
+    // The caller's stops changed: the layer keeps its copy.
     std::vector<LmGradient> stops = {stop(RED, 0), stop(BLUE, 1)};
     auto layer = glowOf(OUTER, 5, WHITE, stops);
     stops[0].colour = BLACK;
-    LmStrokeProperty stroke(3, RED, 1, 0, 1);
-    layer->setProperty(&stroke);
     EXPECT_EQ(dynamic_cast<LmGlowProperty&>(*layer->getProperty()).stops[0].colour, RED);
 }
 
