@@ -214,16 +214,6 @@ TEST(LmEffect, PassWithoutGlyphsPostProcessesNothing)
 
 TEST(LmEffect, UnpremultiplyWithOverallAlpha)
 {
-    // A premultiplied pixel (c 64, A 128) with text alpha 255 leaves as (128, 128).
-    LmEffect e;
-    LmBitmap out(1, 1, 4);
-    const unsigned char in[4] = {64, 64, 64, 128};
-    std::memcpy(out.pixels, in, 4);
-    e.initEffect(1, 1);
-    e.compositeLayers(&out);
-    EXPECT_EQ(128, out.pixels[0]);
-    EXPECT_EQ(128, out.pixels[3]);
-
     // With a text colour of alpha 0x80 the overall alpha halves, and tiny alphas clear the colour.
     LmEffect half;
     half.addText(0x80FFFFFFu);
@@ -275,23 +265,6 @@ TEST(LmTextLayer, TakesColourAndOpacityFromAnyRecord)
     ASSERT_NE(nullptr, copy);
     EXPECT_EQ(0xFF00FF00u, copy->colour);
     EXPECT_EQ(0.25f, copy->opacity);
-}
-
-TEST(LmTextLayer, TwoPassAndOnePassModesDifferOnEdges)
-{
-    LmText t;
-    LmTextProperty prop(0xFF000000u, 1);
-    t.setProperty(&prop);
-    LmBitmap mask(1, 1, 1);
-    mask.pixels[0] = 100;
-    LmRect rect(0, 0, 1, 1);
-    LmBitmap a(1, 1, 4), b(1, 1, 4);
-    LmECore::ParamPostProcessing one{&a, &mask, &rect, 0, nullptr};
-    LmECore::ParamPostProcessing two{&b, &mask, &rect, 1, nullptr};
-    t.doPostProcessing(&one);
-    t.doPostProcessing(&two);
-    EXPECT_EQ(100, a.pixels[3]);
-    EXPECT_EQ(255, b.pixels[3]);
 }
 
 TEST(LmEffect, AbsurdSizesAndMissingPixelsDrawNothing)

@@ -93,17 +93,6 @@ TEST(OuterShadowLayer, BlurredImpulse)
     run.expectAlphas({{10, 13, 92}, {11, 13, 29}, {10, 14, 29}, {11, 14, 9}, {12, 13, 0}, {10, 10, 0}});
 }
 
-TEST(OuterShadowLayer, GoesUnderWhatTheTargetHolds)
-{
-    FilterRun run(rect(12, 12, 3, 3, 9, 9));
-    for (size_t i = 0; i < 12 * 12; ++i) run.target.pixels[i * 4 + 2] = run.target.pixels[i * 4 + 3] = 200;
-    run.run(*outerOf(0, 0, 0, 0xFF00FF00));
-    const unsigned char* px = run.target.pixels + (6 * 12 + 6) * 4;
-    EXPECT_EQ(px[1], 55); // green fills only the alpha left over
-    EXPECT_EQ(px[2], 200);
-    EXPECT_EQ(px[3], 255);
-}
-
 TEST(OuterShadowLayer, ShadowOutsideTheTargetIsSkipped)
 {
     FilterRun run(rect(20, 20, 2, 2, 6, 6));
