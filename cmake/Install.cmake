@@ -19,7 +19,7 @@ set(LM_PUBLIC_HEADERS
   effect/LmGradientProperty.h effect/LmInnerGlowProperty.h effect/LmInnerShadowProperty.h
   effect/LmLightingProperty.h effect/LmLinearGradientProperty.h effect/LmOuterGlowProperty.h
   effect/LmOuterShadowProperty.h effect/LmPatternProperty.h effect/LmRadialGradientProperty.h
-  effect/LmShadowProperty.h effect/LmStrokeProperty.h effect/LmTextProperty.h
+  effect/LmShadowProperty.h effect/LmStopsProperty.h effect/LmStrokeProperty.h effect/LmTextProperty.h
   text/FontManager.h text/LineInfo.h text/LmTextInstanceManager.h text/LmTextObject.h
   text/LmView.h)
 foreach(h ${LM_PUBLIC_HEADERS})

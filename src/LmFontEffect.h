@@ -35,6 +35,7 @@
 #include "effect/LmProperty.h"
 #include "effect/LmRadialGradientProperty.h"
 #include "effect/LmShadowProperty.h"
+#include "effect/LmStopsProperty.h"
 #include "effect/LmStrokeProperty.h"
 #include "effect/LmText.h"
 #include "effect/LmTextProperty.h"

@@ -43,6 +43,14 @@ public:
     int getOffset() override { return 0; }
 
 protected:
+    // Puts a fresh copy in place of the held record. The copy is built (as the argument) before
+    // the old record goes, so a layer can be handed its own record.
+    template <class Record> static void replaceRecord(Record*& held, Record* copy)
+    {
+        delete held;
+        held = copy;
+    }
+
     int style = LM_EFFECT_BASE;
     int id = -1;
 };

@@ -1,24 +1,20 @@
 #ifndef LMFONTEFFECT_EFFECT_LMGLOWPROPERTY_H
 #define LMFONTEFFECT_EFFECT_LMGLOWPROPERTY_H
 
-#include "effect/LmGradient.h"
-#include "effect/LmProperty.h"
+#include "effect/LmStopsProperty.h"
 
 namespace LmFontEffect {
 
-// Shared shape of the two glow records: tag, small(size), word(colour), then per stop
-// word(stop colour) and small(stop position x 100); 10 + 10 x stop count bytes. The record
-// never owns its stops.
-class LmGlowProperty : public LmProperty {
+// Shared shape of the two glow records: tag, small(size), word(colour), then the stops;
+// 10 + 10 x stop count bytes.
+class LmGlowProperty : public LmStopsProperty {
 public:
     LmGlowProperty(float size, unsigned colour, float opacity, int stopCount, LmGradient* stops)
-        : LmProperty(colour, opacity), size(size), stopCount(stopCount), stops(stops) {}
+        : LmStopsProperty(colour, opacity, stopCount, stops), size(size) {}
     int getSequentialCharLength() const override;
     int toSequentialChar(char** cursor) const override;
 
     float size;
-    int stopCount;
-    LmGradient* stops;
 
 protected:
     virtual char tag() const = 0;

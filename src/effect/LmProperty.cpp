@@ -6,6 +6,7 @@
 #include "effect/LmLightingProperty.h"
 #include "effect/LmPatternProperty.h"
 #include "effect/LmShadowProperty.h"
+#include "effect/LmStopsProperty.h"
 #include "effect/LmStrokeProperty.h"
 #include "effect/LmTextProperty.h"
 #include "foundation/LmConvert.h"
@@ -19,20 +20,7 @@ namespace {
 
 inline void put(char** cursor, unsigned byte) { *(*cursor)++ = (char)(unsigned char)byte; }
 
-// A count the record may write: nothing for a negative count or a missing array.
-inline int usableStops(int count, const LmGradient* stops) { return (count > 0 && stops) ? count : 0; }
-
 inline float remainderDegrees(float angle, int modulus) { return (float)(lmToInt(angle) % modulus); }
-
-void writeStops(char** cursor, int count, const LmGradient* stops, void (*word)(char**, unsigned),
-                void (*small)(char**, int))
-{
-    for (int i = 0; i < count; ++i) {
-        word(cursor, stops[i].colour);
-        small(cursor, lmToInt(stops[i].opacity * 100));
-        small(cursor, lmToInt(stops[i].position * 100));
-    }
-}
 
 } // namespace
 
@@ -100,31 +88,40 @@ int LmStrokeProperty::toSequentialChar(char** cursor) const
     return 1;
 }
 
-int LmGlowProperty::getSequentialCharLength() const { return 10 + 10 * usableStops(stopCount, stops); }
+void LmStopsProperty::writeStops(char** cursor) const
+{
+    for (int i = 0, n = usableStops(); i < n; ++i) {
+        writeWord(cursor, stops[i].colour);
+        writeSmall(cursor, lmToInt(stops[i].opacity * 100));
+        writeSmall(cursor, lmToInt(stops[i].position * 100));
+    }
+}
+
+int LmGlowProperty::getSequentialCharLength() const { return 10 + 10 * usableStops(); }
 
 int LmGlowProperty::toSequentialChar(char** cursor) const
 {
     writeTag(cursor, tag());
     writeSmall(cursor, lmToInt(size));
     writeWord(cursor, colour);
-    writeStops(cursor, usableStops(stopCount, stops), stops, writeWord, writeSmall);
+    writeStops(cursor);
     return 1;
 }
 
 LmGradientProperty::LmGradientProperty(float angle, float scale, float opacity, int stopCount, LmGradient* stops)
-    : LmProperty(0, opacity), angle(remainderDegrees(angle, 360)), scale(scale > 0.0f ? std::min(scale, 2.0f) : 0.0f),
-      stopCount(stopCount), stops(stops)
+    : LmStopsProperty(0, opacity, stopCount, stops), angle(remainderDegrees(angle, 360)),
+      scale(scale > 0.0f ? std::min(scale, 2.0f) : 0.0f)
 {
 }
 
-int LmGradientProperty::getSequentialCharLength() const { return 5 + 10 * usableStops(stopCount, stops); }
+int LmGradientProperty::getSequentialCharLength() const { return 5 + 10 * usableStops(); }
 
 int LmGradientProperty::toSequentialChar(char** cursor) const
 {
     writeTag(cursor, tag());
     writeAngle(cursor, angle);
     writePair(cursor, lmToInt(scale * 100));
-    writeStops(cursor, usableStops(stopCount, stops), stops, writeWord, writeSmall);
+    writeStops(cursor);
     return 1;
 }
 

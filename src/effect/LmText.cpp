@@ -4,6 +4,8 @@
 #include "raster/LmBitmap.h"
 #include "raster/LmBlender.h"
 
+#include <new>
+
 namespace LmFontEffect {
 
 LmText::LmText() { style = LM_EFFECT_TEXT; }
@@ -13,8 +15,7 @@ LmText::~LmText() { delete property; }
 void LmText::setProperty(LmProperty* p)
 {
     if (!p) return;
-    delete property;
-    property = new LmTextProperty(p->colour, p->opacity);
+    replaceRecord(property, new (std::nothrow) LmTextProperty(p->colour, p->opacity));
 }
 
 LmProperty* LmText::getProperty() { return property; }

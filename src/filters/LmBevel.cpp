@@ -25,10 +25,10 @@ void LmBevel::setProperty(LmProperty* p)
 {
     const LmLightingProperty* s = dynamic_cast<const LmLightingProperty*>(p);
     if (!s) return;
-    delete property;
-    property = new (std::nothrow)
-        LmBevelProperty(s->style, s->size, s->depth, s->direction, s->technique, s->soften, s->opacity, s->angle,
-                        s->altitude, s->shadowColour, s->shadowOpacity, s->highlightColour, s->highlightOpacity);
+    replaceRecord(property, new (std::nothrow) LmBevelProperty(
+                                s->style, s->size, s->depth, s->direction, s->technique, s->soften, s->opacity,
+                                s->angle, s->altitude, s->shadowColour, s->shadowOpacity, s->highlightColour,
+                                s->highlightOpacity));
 }
 
 LmProperty* LmBevel::getProperty() { return property; }

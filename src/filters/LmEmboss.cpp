@@ -50,10 +50,10 @@ void LmEmboss::setProperty(LmProperty* p)
 {
     const LmLightingProperty* s = dynamic_cast<const LmLightingProperty*>(p);
     if (!s) return;
-    delete property;
-    property = new (std::nothrow)
-        LmEmbossProperty(s->style, s->size, s->depth, s->direction, s->technique, s->soften, s->opacity, s->angle,
-                         s->altitude, s->shadowColour, s->shadowOpacity, s->highlightColour, s->highlightOpacity);
+    replaceRecord(property, new (std::nothrow) LmEmbossProperty(
+                                s->style, s->size, s->depth, s->direction, s->technique, s->soften, s->opacity,
+                                s->angle, s->altitude, s->shadowColour, s->shadowOpacity, s->highlightColour,
+                                s->highlightOpacity));
 }
 
 LmProperty* LmEmboss::getProperty() { return property; }

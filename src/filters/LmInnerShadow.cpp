@@ -32,6 +32,95 @@ Span readSpan(int64_t d, int64_t R, int64_t padded)
     return Span(0, padded, padded);
 }
 
+// The light offset and the blur's reach.
+struct Shift {
+    int64_t dx, dy;
+    int R;
+};
+
+struct Kernel {
+    int* weights;
+    int sum;
+    int R;
+};
+
+// The shifted inverse covers the whole box: the glyphs in the shadow colour.
+int drawGlyphsFlat(LmMaskBox& box, unsigned colour)
+{
+    const int w = box.width(), h = box.height();
+    LmMaskBox::Block<unsigned char> copy = LmMaskBox::allocate<unsigned char>((int64_t)w * h, false);
+    if (!copy) return 0;
+    box.copyTo(copy.get(), w, 0, 0);
+    LmBlender::drawBitmapBlend8(box.left, box.top, box.target, copy.get(), w, h, w, colour, LME_BLEND_DST_OVER);
+    return 1;
+}
+
+// Horizontal blur of the inverse of B into C, only where the shifted vertical pass will read;
+// taps beyond the row count as fully outside the glyph.
+void blurInverseRows(const unsigned char* B, unsigned char* C, int64_t Wp, int h, const Shift& s, const Kernel& k)
+{
+    const Span rows = readSpan(s.dy, s.R, h);
+    const Span cols = readSpan(s.dx, s.R, Wp);
+    const int64_t R = k.R;
+    for (int64_t y = rows.begin; y < rows.end; ++y) {
+        const unsigned char* b = B + y * Wp;
+        unsigned char* c = C + y * Wp;
+        for (int64_t x = cols.begin; x < cols.end; ++x) {
+            int acc = 255 * k.sum;
+            const int64_t i0 = std::max<int64_t>(-R, -x), i1 = std::min<int64_t>(R, Wp - 1 - x);
+            for (int64_t i = i0; i <= i1; ++i) acc -= k.weights[i < 0 ? -i : i] * b[x + i];
+            c[x] = (unsigned char)(acc / k.sum);
+        }
+    }
+}
+
+// Rows, then columns, whose shifted source lies wholly beyond the blur's reach are full shadow,
+// glyph or not. Leaves in *rows and *cols the part still to blur.
+void fillBeyondReach(unsigned char* A, int w, int h, const Shift& s, Span* rows, Span* cols)
+{
+    const int64_t dx = s.dx, dy = s.dy, R = s.R;
+    if (dy > R) *rows = Span(dy - R, h, h);
+    if (dy < -R) *rows = Span(0, R + dy + h, h);
+    if (dx > R) *cols = Span(dx - R, w, w);
+    if (dx < -R) *cols = Span(0, R + dx + w, w);
+    for (int64_t y = 0; y < h; ++y) {
+        unsigned char* a = A + y * w;
+        if (y < rows->begin || y >= rows->end) {
+            std::memset(a, 255, (size_t)w);
+            continue;
+        }
+        if (cols->begin > 0) std::memset(a, 255, (size_t)cols->begin);
+        if (cols->end < w) std::memset(a + cols->end, 255, (size_t)(w - cols->end));
+    }
+}
+
+// Vertical blur of C with the shift into A, one column at a time, kept where B has coverage:
+// D is the column of C framed by 2R bytes of full inverse, read around row y - dy.
+void blurColumnsShifted(const unsigned char* B, const unsigned char* C, unsigned char* D, unsigned char* A, int w,
+                        int h, const Shift& s, const Kernel& k, const Span& rows, const Span& cols)
+{
+    const int R = k.R;
+    const int64_t Wp = w + 2 * (int64_t)R, R2 = 2 * (int64_t)R;
+    for (int64_t x = cols.begin; x < cols.end; ++x) {
+        std::memset(D, 255, (size_t)R2);
+        std::memset(D + R2 + h, 255, (size_t)R2);
+        const unsigned char* c = C + (R + x - s.dx);
+        for (int64_t y = 0; y < h; ++y) D[R2 + y] = c[y * Wp];
+        for (int64_t y = rows.begin; y < rows.end; ++y) {
+            unsigned char& a = A[y * w + x];
+            // Only a zero test: partial coverage at the edge does not scale the shadow.
+            if (B[y * Wp + R + x] == 0) {
+                a = 0;
+                continue;
+            }
+            const unsigned char* t = D + R2 + y - s.dy;
+            int acc = t[0] * k.weights[0];
+            for (int i = 1; i <= R; ++i) acc += (t[i] + t[-i]) * k.weights[i];
+            a = (unsigned char)(acc / k.sum);
+        }
+    }
+}
+
 } // namespace
 
 LmInnerShadow::LmInnerShadow() { style = LM_EFFECT_INNER_SHADOW; }
@@ -46,8 +135,8 @@ void LmInnerShadow::setProperty(LmProperty* p)
 {
     const LmShadowProperty* s = dynamic_cast<const LmShadowProperty*>(p);
     if (!s) return;
-    delete property;
-    property = new (std::nothrow) LmInnerShadowProperty(s->angle, s->distance, s->size, s->colour, s->opacity);
+    replaceRecord(property,
+                  new (std::nothrow) LmInnerShadowProperty(s->angle, s->distance, s->size, s->colour, s->opacity));
 }
 
 LmProperty* LmInnerShadow::getProperty() { return property; }
@@ -63,92 +152,34 @@ int LmInnerShadow::doPostProcessing(ParamPostProcessing* pp)
     if (!property || !box.take(pp)) return 0;
     int sx = 0, sy = 0;
     LmOuterShadow::computeShift(property->angle, property->distance, &sx, &sy);
-    const int64_t dx = sx, dy = sy;
     const int R = std::max(lmToInt((double)property->size + 0.5), 0);
     if (R > LmGaussianBlur::kMaxRadius) return 0;
     const int w = box.width(), h = box.height();
     if (w == 0 || h == 0) return 0;
+    const Shift shift{sx, sy, R};
+
+    const bool inReach = box.right + R + shift.dx >= box.left && box.left - R + shift.dx < box.right &&
+                         box.top + shift.dy < box.bottom + R && box.bottom + shift.dy >= box.top - R;
+    if (!inReach) return drawGlyphsFlat(box, property->colour);
+
     const int64_t Wp = w + 2 * (int64_t)R;
-    const unsigned colour = property->colour;
-
-    const bool inReach = box.right + R + dx >= box.left && box.left - R + dx < box.right &&
-                         box.top + dy < box.bottom + R && box.bottom + dy >= box.top - R;
-    if (!inReach) {
-        // The shifted inverse covers the whole box: the glyphs in the shadow colour.
-        LmMaskBox::Block<unsigned char> copy = LmMaskBox::allocate<unsigned char>((int64_t)w * h, false);
-        if (!copy) return 0;
-        box.copyTo(copy.get(), w, 0, 0);
-        LmBlender::drawBitmapBlend8(box.left, box.top, box.target, copy.get(), w, h, w, colour, LME_BLEND_DST_OVER);
-        return 1;
-    }
-
     LmMaskBox::Block<unsigned char> A = LmMaskBox::allocate<unsigned char>((int64_t)w * h, true);
     LmMaskBox::Block<unsigned char> B = LmMaskBox::allocate<unsigned char>(Wp * h, true);
     LmMaskBox::Block<int> weights = LmMaskBox::allocate<int>(R + 1, false);
     LmMaskBox::Block<unsigned char> C = LmMaskBox::allocate<unsigned char>(Wp * h, true);
     LmMaskBox::Block<unsigned char> D = LmMaskBox::allocate<unsigned char>(4 * (int64_t)R + h + 2, false);
     if (!A || !B || !weights || !C || !D) return 0;
-    int sum = 0;
-    computeGaussianWeights(weights.get(), &sum, R);
+    Kernel kernel{weights.get(), 0, R};
+    computeGaussianWeights(kernel.weights, &kernel.sum, R);
     // B: each text row with R empty pixels either side, no extra rows.
     box.copyTo(B.get(), Wp, R, 0);
 
-    // Horizontal blur of the inverse into C, only where the shifted vertical pass will read;
-    // taps beyond the row count as fully outside the glyph.
-    const Span cRows = readSpan(dy, R, h);
-    const Span cCols = readSpan(dx, R, Wp);
-    for (int64_t y = cRows.begin; y < cRows.end; ++y) {
-        const unsigned char* b = B.get() + y * Wp;
-        unsigned char* c = C.get() + y * Wp;
-        for (int64_t x = cCols.begin; x < cCols.end; ++x) {
-            int acc = 255 * sum;
-            const int64_t i0 = std::max<int64_t>(-R, -x), i1 = std::min<int64_t>(R, Wp - 1 - x);
-            for (int64_t i = i0; i <= i1; ++i) acc -= weights[i < 0 ? -i : i] * b[x + i];
-            c[x] = (unsigned char)(acc / sum);
-        }
-    }
+    blurInverseRows(B.get(), C.get(), Wp, h, shift, kernel);
+    Span rows(0, h, h), cols(0, w, w);
+    fillBeyondReach(A.get(), w, h, shift, &rows, &cols);
+    blurColumnsShifted(B.get(), C.get(), D.get(), A.get(), w, h, shift, kernel, rows, cols);
 
-    // Rows, then columns, whose shifted source lies wholly beyond the blur's reach are full
-    // shadow, glyph or not.
-    Span aRows(0, h, h), aCols(0, w, w);
-    if (dy > R) aRows = Span(dy - R, h, h);
-    if (dy < -R) aRows = Span(0, R + dy + h, h);
-    if (dx > R) aCols = Span(dx - R, w, w);
-    if (dx < -R) aCols = Span(0, R + dx + w, w);
-    for (int64_t y = 0; y < h; ++y) {
-        unsigned char* a = A.get() + y * w;
-        if (y < aRows.begin || y >= aRows.end) {
-            std::memset(a, 255, (size_t)w);
-            continue;
-        }
-        if (aCols.begin > 0) std::memset(a, 255, (size_t)aCols.begin);
-        if (aCols.end < w) std::memset(a + aCols.end, 255, (size_t)(w - aCols.end));
-    }
-
-    // Vertical blur with the shift, one column at a time: D is the column of C framed by 2R
-    // bytes of full inverse, read around row y - dy.
-    unsigned char* d = D.get();
-    const int64_t R2 = 2 * (int64_t)R;
-    for (int64_t x = aCols.begin; x < aCols.end; ++x) {
-        std::memset(d, 255, (size_t)R2);
-        std::memset(d + R2 + h, 255, (size_t)R2);
-        const unsigned char* c = C.get() + (R + x - dx);
-        for (int64_t y = 0; y < h; ++y) d[R2 + y] = c[y * Wp];
-        for (int64_t y = aRows.begin; y < aRows.end; ++y) {
-            unsigned char& a = A[y * w + x];
-            // Only a zero test: partial coverage at the edge does not scale the shadow.
-            if (B[y * Wp + R + x] == 0) {
-                a = 0;
-                continue;
-            }
-            const unsigned char* t = d + R2 + y - dy;
-            int acc = t[0] * weights[0];
-            for (int i = 1; i <= R; ++i) acc += (t[i] + t[-i]) * weights[i];
-            a = (unsigned char)(acc / sum);
-        }
-    }
-
-    LmBlender::drawBitmapBlend8(box.left, box.top, box.target, A.get(), w, h, w, colour, LME_BLEND_DST_OVER);
+    LmBlender::drawBitmapBlend8(box.left, box.top, box.target, A.get(), w, h, w, property->colour, LME_BLEND_DST_OVER);
     return 1;
 }
 

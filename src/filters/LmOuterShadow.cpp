@@ -45,9 +45,11 @@ void LmOuterShadow::setProperty(LmProperty* p)
 {
     const LmShadowProperty* s = dynamic_cast<const LmShadowProperty*>(p);
     if (!s) return;
-    delete property;
-    property = new (std::nothrow) LmOuterShadowProperty(s->angle, s->distance, s->size, s->colour, s->opacity);
-    computeShift(s->angle, s->distance, &shiftX, &shiftY);
+    replaceRecord(property,
+                  new (std::nothrow) LmOuterShadowProperty(s->angle, s->distance, s->size, s->colour, s->opacity));
+    // From the copy: s may have been the record just replaced.
+    shiftX = shiftY = 0;
+    if (property) computeShift(property->angle, property->distance, &shiftX, &shiftY);
 }
 
 LmProperty* LmOuterShadow::getProperty() { return property; }

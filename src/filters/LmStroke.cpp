@@ -105,8 +105,7 @@ void LmStroke::setProperty(LmProperty* p)
 {
     const LmStrokeProperty* s = dynamic_cast<const LmStrokeProperty*>(p);
     if (!s) return;
-    delete property;
-    property = new (std::nothrow) LmStrokeProperty(s->size, s->colour, s->opacity, s->extra, s->position);
+    replaceRecord(property, new (std::nothrow) LmStrokeProperty(s->size, s->colour, s->opacity, s->extra, s->position));
 }
 
 LmProperty* LmStroke::getProperty() { return property; }

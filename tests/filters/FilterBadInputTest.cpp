@@ -2,6 +2,11 @@
 // nothing, and never touches memory outside a buffer (the sanitizer build checks that).
 #include "filters/MaskFixtures.h"
 
+#include "effect/LmBevelProperty.h"
+#include "effect/LmEffect.h"
+#include "filters/LmBevel.h"
+#include "filters/LmEmboss.h"
+
 #include <gtest/gtest.h>
 
 #include <climits>
@@ -17,9 +22,9 @@ const float kNaN = std::nanf(""), kInf = INFINITY;
 
 struct Setting {
     const char* name;
-    int kind; // 1 outer shadow, 2 inner shadow, 3 outer glow, 4 inner glow, 10 stroke
+    int kind; // 1 outer shadow, 2 inner shadow, 3 outer glow, 4 inner glow, 5 bevel, 6 emboss, 10 stroke
     float angle, distance, size;
-    int position;
+    int position; // the stroke's position, the relief's style
     bool givesUp; // the size is absurd: nothing is drawn
 };
 
@@ -28,12 +33,34 @@ std::unique_ptr<LmECore> layerOf(const Setting& s)
     if (s.kind == 1) return LmTest::outerOf(s.angle, s.distance, s.size);
     if (s.kind == 2) return LmTest::innerOf(s.angle, s.distance, s.size);
     if (s.kind == 3 || s.kind == 4) return LmTest::glowOf(s.kind, s.size);
+    // The relief's technique rides in the distance.
+    const LmBevelProperty relief(s.position, s.size, 3, 1, (int)s.distance, 2, 1, s.angle, 30, 0xFF000000, 1,
+                                 0xFFFFFFFF, 1);
+    if (s.kind == 5) return LmTest::layerWith<LmBevel>(relief);
+    if (s.kind == 6) return LmTest::layerWith<LmEmboss>(relief);
     return LmTest::strokeOf(s.size, s.position);
 }
 
 class FilterBadInput : public ::testing::TestWithParam<Setting> {};
 
 } // namespace
+
+// Every layer kind, text included, straight from the factory.
+TEST(EveryLayer, WithoutARecordDrawsNothingAndIgnoresNull)
+{
+    LmEffect stack;
+    for (int kind = LM_EFFECT_OUTER_SHADOW; kind <= LM_EFFECT_TEXT; ++kind) {
+        if (kind == LM_EFFECT_STROKE_ALIAS) continue;
+        std::unique_ptr<LmECore> layer(stack.createEffect(-1, kind));
+        ASSERT_NE(layer, nullptr) << kind;
+        EXPECT_EQ(layer->getStyle(), kind);
+        layer->setProperty(nullptr);
+        EXPECT_EQ(layer->getProperty(), nullptr) << kind;
+        FilterRun run(LmTest::disc(16, 5));
+        EXPECT_EQ(run.run(*layer), 0) << kind;
+        EXPECT_TRUE(run.untouched()) << kind;
+    }
+}
 
 TEST_P(FilterBadInput, MissingInputsDrawNothing)
 {
@@ -113,6 +140,11 @@ INSTANTIATE_TEST_SUITE_P(AllFilters, FilterBadInput,
                                            Setting{"inner_glow_size_nan", 4, 0, 0, kNaN, 0, false},
                                            Setting{"inner_glow_size_empty_path", 4, 0, 0, -1, 0, false},
                                            Setting{"inner_glow_size_inf", 4, 0, 0, kInf, 0, true},
+                                           Setting{"bevel_inner_size_nan", 5, 120, 0, kNaN, 1, false},
+                                           Setting{"bevel_outer_chisel_max", 5, 120, 1, 100, 0, false},
+                                           Setting{"bevel_size_negative", 5, 120, 0, -9, 1, true},
+                                           Setting{"emboss_pillow_chisel_huge", 6, -1e30f, 1, 1e30f, 3, true},
+                                           Setting{"emboss_angle_nan", 6, kNaN, 0, 40, 0, false},
                                            Setting{"stroke_centre", 10, 0, 0, 5, 0, false},
                                            Setting{"stroke_outside_max", 10, 0, 0, 100, 1, false},
                                            Setting{"stroke_inside_max", 10, 0, 0, 100, 2, false},

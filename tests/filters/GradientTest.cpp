@@ -89,7 +89,6 @@ TEST(GradientLayers, TheStackClampsTheStopsTheLayerCopies)
               std::vector<float>({330, 2, 0.45f, 0, 1}));
     // Unsorted after clamping, the ramp still starts on the first stop, premultiplied.
     LmECore* linear = stack.getEffect(LM_EFFECT_LINEAR_GRADIENT);
-    linear->setProperty(linear->getProperty()); // its own record, copied before the old one goes
     FilterRun run(rect(20, 4, 0, 0, 20, 4));
     EXPECT_EQ(run.run(*linear), 1);
     EXPECT_EQ(std::vector<int>(run.target.pixels, run.target.pixels + 4), std::vector<int>({128, 0, 0, 128}));

@@ -1,7 +1,5 @@
 #include "filters/MaskFixtures.h"
 
-#include "effect/LmTextProperty.h"
-
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -42,20 +40,9 @@ TEST(StrokeKernel, WorkedRadii)
     EXPECT_EQ(Kernel(1e9f).bytes, nullptr);
 }
 
-TEST(StrokeLayer, PropertyAndOffsets)
+TEST(StrokeLayer, Offsets)
 {
-    LmStroke s;
-    EXPECT_EQ(s.getStyle(), 10);
-    LmStrokeProperty p(3.0f, 0xFF112233, 0.5f, 7, CENTRE);
-    s.setProperty(&p);
-    auto* copy = static_cast<LmStrokeProperty*>(s.getProperty());
-    ASSERT_NE(copy, &p);
-    EXPECT_EQ(s.getLeftOffset(), 2); // 1.5 + 0.5
-    // A record of another kind leaves the held one alone.
-    LmTextProperty text(0xFF000000, 1.0f);
-    s.setProperty(&text);
-    EXPECT_EQ(s.getProperty(), copy);
-
+    EXPECT_EQ(strokeOf(3, CENTRE)->getLeftOffset(), 2); // 1.5 + 0.5
     EXPECT_EQ(strokeOf(1, OUTSIDE)->getOffset(), 1);
     EXPECT_EQ(strokeOf(100, INSIDE)->getOffset(), 0);
     EXPECT_EQ(strokeOf(7, 5)->getOffset(), 0);
