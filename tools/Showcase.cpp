@@ -42,9 +42,10 @@ const Look kLooks[] = {
     {"linear-gradient", "angle=90,stops=#FF5F6D@0+#FFC371@1", 0xFF000000u},
     {"radial-gradient", "scale=1,stops=#FFF6B7@0+#F6416C@1", 0xFF000000u},
     {"pattern", "image=stripes,scale=1", 0xFF000000u},
-    // An inner smooth bevel keeps a dark frame from its blur at the box edge; chiselled, it has none.
-    {"bevel", "style=inner,technique=chisel,size=5,depth=4,angle=120,altitude=40", 0xFF3C78D8u,
-     "bevel (inner, chisel)"},
+    // An inner bevel lights the flat parts of the text box too (one-pass rendering does not clip
+    // to the glyphs), which shows on the cell's grey; the outer styles draw around the glyphs.
+    {"bevel", "style=outer,technique=chisel,size=5,depth=4,angle=120,altitude=40", 0xFF3C78D8u,
+     "bevel (outer, chisel)"},
     {"bevel", "style=outer,size=6,depth=3,angle=120,altitude=30", 0xFF3C78D8u, "bevel (outer, smooth)"},
     {"emboss", "style=emboss,size=6,depth=3,angle=120,altitude=30", 0xFF3C78D8u, "emboss (smooth)"},
     {"emboss", "style=pillow,technique=chisel,size=6,depth=3,angle=120,altitude=30", 0xFF3C78D8u,
