@@ -11,6 +11,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <new>
+#include <vector>
 
 namespace LmFontEffect {
 
@@ -63,6 +64,114 @@ int dilate(void* argsPtr, bool outside, bool inside)
     return 0;
 }
 
+// One kernel row's level: destination row offset dy, bytes q >= level for |dx| <= width.
+struct SpanLevel {
+    int dy;
+    int width;
+    int level;
+};
+
+// The disc as levels: within each row the kernel is symmetric and falls off from the centre
+// column, so max over dx of (q(dx) + a(x - dx)) is max over levels L of (L + the running maximum
+// of a over |dx| <= width(L)). Returns false (levels untouched) for a kernel without that shape.
+bool kernelLevels(const unsigned char* kernel, int k, std::vector<SpanLevel>* levels)
+{
+    const int n = (k - 1) >> 1;
+    std::vector<SpanLevel> found;
+    for (int j = 0; j < k; ++j) {
+        const unsigned char* q = kernel + (int64_t)j * k + n;
+        for (int i = 1; i <= n; ++i)
+            if (q[i] != q[-i] || q[i] > q[i - 1]) return false;
+        for (int i = 0; i <= n && q[i] != 0; ++i)
+            if (i == n || q[i + 1] != q[i]) found.push_back({j - n, i, q[i]});
+    }
+    std::sort(found.begin(), found.end(), [](const SpanLevel& l, const SpanLevel& r) { return l.width < r.width; });
+    levels->swap(found);
+    return true;
+}
+
+// dst[i] = max(dst[i], m[i] - t) with the difference floored at 0; written so that compilers
+// turn it into saturating byte arithmetic.
+inline void raiseRow(unsigned char* dst, const unsigned char* m, int count, unsigned t)
+{
+    for (int i = 0; i < count; ++i) {
+        const unsigned v = m[i] > t ? m[i] - t : 0u;
+        dst[i] = (unsigned char)(dst[i] > v ? dst[i] : v);
+    }
+}
+
+// The same dilation as the windowed one, by running maxima: each source row is widened one
+// pixel per step (max of its neighbours) and every kernel level of that width is folded into
+// the destination rows it reaches. Cost: rows x (width + 2n) x (n + number of levels), against
+// source pixels x k^2 for the windows. Falls back to the windows for a kernel of another shape or
+// when the work rows cannot be had.
+int spanDilate(void* argsPtr, bool outside, bool inside)
+{
+    const StrokeDTArgs* a = static_cast<const StrokeDTArgs*>(argsPtr);
+    if (!a || !a->dst || !a->src || !a->kernel || a->kernelSize < 1) return 0;
+    const int k = a->kernelSize;
+    const int n = (k - 1) >> 1;
+    std::vector<SpanLevel> levels;
+    const int rows = a->rowEnd - a->rowBegin;
+    if (rows <= 0 || a->width <= 0) return 0;
+    // Work row: one zero column, n margin columns, the source, n margin columns, one zero column.
+    const int64_t span = (int64_t)a->width + 2 * (int64_t)n + 2;
+    const int64_t cells = span * rows;
+    std::vector<unsigned char> grown, next;
+    bool ready = (k & 1) && kernelLevels(a->kernel, k, &levels);
+    if (ready) {
+        try {
+            grown.assign((size_t)cells, 0);
+            next.assign((size_t)cells, 0);
+        } catch (const std::bad_alloc&) {
+            ready = false;
+        }
+    }
+    if (!ready) return dilate(argsPtr, outside, inside);
+
+    for (int plane = 0; plane < 2; ++plane) {
+        const bool inverse = plane == 1;
+        if (inverse ? !inside : !outside) continue;
+        unsigned char* const out = a->dst + (inverse && outside ? (int64_t)a->planeSize : 0);
+        for (int y = 0; y < rows; ++y) {
+            const unsigned char* s = a->src + (int64_t)(a->srcY + a->rowBegin + y) * a->srcStride + a->srcX;
+            unsigned char* g = grown.data() + y * span + 1 + n;
+            for (int x = 0; x < a->width; ++x) g[x] = (unsigned char)(inverse ? 255 - s[x] : s[x]);
+        }
+        size_t l = 0;
+        for (int w = 0; w <= n && l < levels.size(); ++w) {
+            if (w > 0) {
+                // Widen every row by one pixel on each side; the zero columns stand for the
+                // pixels beyond the source.
+                const int64_t from = n - w + 1, to = n + 1 + a->width + w; // written columns
+                for (int y = 0; y < rows; ++y) {
+                    const unsigned char* g = grown.data() + y * span;
+                    unsigned char* h = next.data() + y * span;
+                    if (w == 1)
+                        for (int64_t x = from; x < to; ++x) h[x] = std::max(std::max(g[x - 1], g[x]), g[x + 1]);
+                    else
+                        for (int64_t x = from; x < to; ++x) h[x] = std::max(g[x - 1], g[x + 1]);
+                }
+                grown.swap(next);
+            }
+            for (; l < levels.size() && levels[l].width == w; ++l) {
+                const SpanLevel& v = levels[l];
+                for (int y = 0; y < rows; ++y) {
+                    const int64_t row = (int64_t)(a->dstY + a->rowBegin + y + v.dy) * a->dstStride;
+                    raiseRow(out + row + a->dstX - w, grown.data() + y * span + 1 + n - w, a->width + 2 * w,
+                             255u - (unsigned)v.level);
+                }
+            }
+        }
+        // The next plane starts from its own source values.
+        if (plane == 0 && inside) {
+            std::fill(grown.begin(), grown.end(), 0);
+            std::fill(next.begin(), next.end(), 0);
+        }
+    }
+    return 0;
+}
+
 } // namespace
 
 int makeCircleKernel(unsigned char** out, float r)
@@ -92,6 +201,12 @@ int partalDTStrokeOutside(void* args) { return dilate(args, true, false); }
 int partalDTStrokeInside(void* args) { return dilate(args, false, true); }
 
 int partalDTStrokeCenter(void* args) { return dilate(args, true, true); }
+
+int spanStrokeOutside(void* args) { return spanDilate(args, true, false); }
+
+int spanStrokeInside(void* args) { return spanDilate(args, false, true); }
+
+int spanStrokeCenter(void* args) { return spanDilate(args, true, true); }
 
 LmStroke::LmStroke() { style = LM_EFFECT_STROKE; }
 
@@ -164,11 +279,11 @@ int LmStroke::doPostProcessing(ParamPostProcessing* pp)
     args.rowBegin = 0;
     args.rowEnd = (int)H;
     if (centre)
-        partalDTStrokeCenter(&args);
+        spanStrokeCenter(&args);
     else if (property->position == 1)
-        partalDTStrokeOutside(&args);
+        spanStrokeOutside(&args);
     else
-        partalDTStrokeInside(&args);
+        spanStrokeInside(&args);
 
     unsigned char* plane0 = out.get();
     if (centre) {
