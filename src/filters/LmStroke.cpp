@@ -10,6 +10,7 @@
 #include <climits>
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 #include <new>
 #include <vector>
 
@@ -64,30 +65,41 @@ int dilate(void* argsPtr, bool outside, bool inside)
     return 0;
 }
 
-// One kernel row's level: destination row offset dy, bytes q >= level for |dx| <= width.
+// One level of the disc: the kernel rows +-dy hold bytes >= level for |dx| <= width.
 struct SpanLevel {
-    int dy;
     int width;
     int level;
+    int dy;
+    bool operator<(const SpanLevel& o) const
+    {
+        return width != o.width ? width < o.width : level != o.level ? level < o.level : dy < o.dy;
+    }
 };
 
-// The disc as levels: within each row the kernel is symmetric and falls off from the centre
-// column, so max over dx of (q(dx) + a(x - dx)) is max over levels L of (L + the running maximum
-// of a over |dx| <= width(L)). Returns false (levels untouched) for a kernel without that shape.
+// The disc as levels: each row of the kernel is symmetric and falls off from the centre column,
+// and rows dy and -dy are equal, so max over (dx, dy) of (q + a) is max over levels of (level +
+// the running maximum of a over |dx| <= width in the rows +-dy). Levels come sorted by width,
+// then level. Returns false for a kernel without that shape.
 bool kernelLevels(const unsigned char* kernel, int k, std::vector<SpanLevel>* levels)
 {
     const int n = (k - 1) >> 1;
-    std::vector<SpanLevel> found;
-    for (int j = 0; j < k; ++j) {
-        const unsigned char* q = kernel + (int64_t)j * k + n;
+    for (int j = 0; j < k; ++j)
+        if (std::memcmp(kernel + (int64_t)j * k, kernel + (int64_t)(k - 1 - j) * k, (size_t)k) != 0) return false;
+    levels->clear();
+    for (int dy = 0; dy <= n; ++dy) {
+        const unsigned char* q = kernel + (int64_t)(dy + n) * k + n;
         for (int i = 1; i <= n; ++i)
             if (q[i] != q[-i] || q[i] > q[i - 1]) return false;
         for (int i = 0; i <= n && q[i] != 0; ++i)
-            if (i == n || q[i + 1] != q[i]) found.push_back({j - n, i, q[i]});
+            if (i == n || q[i + 1] != q[i]) levels->push_back({i, q[i], dy});
     }
-    std::sort(found.begin(), found.end(), [](const SpanLevel& l, const SpanLevel& r) { return l.width < r.width; });
-    levels->swap(found);
+    std::sort(levels->begin(), levels->end());
     return true;
+}
+
+inline void maxRows(unsigned char* acc, const unsigned char* a, const unsigned char* b, int count)
+{
+    for (int i = 0; i < count; ++i) acc[i] = std::max(a[i], b[i]);
 }
 
 // dst[i] = max(dst[i], m[i] - t) with the difference floored at 0; written so that compilers
@@ -100,73 +112,120 @@ inline void raiseRow(unsigned char* dst, const unsigned char* m, int count, unsi
     }
 }
 
-// The same dilation as the windowed one, by running maxima: each source row is widened one
-// pixel per step (max of its neighbours) and every kernel level of that width is folded into
-// the destination rows it reaches. Cost: rows x (width + 2n) x (n + number of levels), against
-// source pixels x k^2 for the windows. Falls back to the windows for a kernel of another shape or
-// when the work rows cannot be had.
+// Running maxima of the source rows, one pixel wider on each side per step.
+class GrownRows {
+public:
+    // A row: one zero column, margin columns, the source, margin columns, one zero column.
+    bool reset(int rows, int width, int margin)
+    {
+        this->rows = rows;
+        this->margin = margin;
+        stride = (int64_t)width + 2 * (int64_t)margin + 2;
+        this->width = width;
+        grown = 0;
+        try {
+            now.assign((size_t)(stride * rows), 0);
+            next.assign((size_t)(stride * rows), 0);
+        } catch (const std::bad_alloc&) {
+            return false;
+        }
+        return true;
+    }
+    void clear()
+    {
+        std::fill(now.begin(), now.end(), 0);
+        std::fill(next.begin(), next.end(), 0);
+        grown = 0;
+    }
+    // Pixel x of row y, x from -margin to width + margin - 1.
+    unsigned char* row(int y) { return now.data() + y * stride + 1 + margin; }
+    void grow()
+    {
+        ++grown;
+        const int64_t from = -grown, to = (int64_t)width + grown; // columns that can be non-zero
+        for (int y = 0; y < rows; ++y) {
+            const unsigned char* g = row(y);
+            unsigned char* h = next.data() + y * stride + 1 + margin;
+            if (grown == 1)
+                for (int64_t x = from; x < to; ++x) h[x] = std::max(std::max(g[x - 1], g[x]), g[x + 1]);
+            else
+                for (int64_t x = from; x < to; ++x) h[x] = std::max(g[x - 1], g[x + 1]);
+        }
+        now.swap(next);
+    }
+
+private:
+    std::vector<unsigned char> now, next;
+    int64_t stride = 0;
+    int rows = 0, width = 0, margin = 0, grown = 0;
+};
+
+// The same dilation as the windowed one, by running maxima: the source rows are widened one
+// pixel per step and every kernel level of that width is folded into the destination rows it
+// reaches. Cost: rows x (width + 2n) x (n + number of levels), against source pixels x k^2 for
+// the windows. Falls back to the windows for a kernel of another shape or when the work rows
+// cannot be had.
 int spanDilate(void* argsPtr, bool outside, bool inside)
 {
     const StrokeDTArgs* a = static_cast<const StrokeDTArgs*>(argsPtr);
     if (!a || !a->dst || !a->src || !a->kernel || a->kernelSize < 1) return 0;
     const int k = a->kernelSize;
     const int n = (k - 1) >> 1;
-    std::vector<SpanLevel> levels;
     const int rows = a->rowEnd - a->rowBegin;
     if (rows <= 0 || a->width <= 0) return 0;
-    // Work row: one zero column, n margin columns, the source, n margin columns, one zero column.
-    const int64_t span = (int64_t)a->width + 2 * (int64_t)n + 2;
-    const int64_t cells = span * rows;
-    std::vector<unsigned char> grown, next;
+    std::vector<SpanLevel> levels;
+    GrownRows grown;
+    std::vector<unsigned char> acc;
     bool ready = (k & 1) && kernelLevels(a->kernel, k, &levels);
-    if (ready) {
-        try {
-            grown.assign((size_t)cells, 0);
-            next.assign((size_t)cells, 0);
-        } catch (const std::bad_alloc&) {
-            ready = false;
-        }
+    try {
+        if (ready) acc.resize((size_t)a->width + 2 * (size_t)n);
+    } catch (const std::bad_alloc&) {
+        ready = false;
     }
-    if (!ready) return dilate(argsPtr, outside, inside);
+    if (!ready || !grown.reset(rows, a->width, n)) return dilate(argsPtr, outside, inside);
 
     for (int plane = 0; plane < 2; ++plane) {
         const bool inverse = plane == 1;
         if (inverse ? !inside : !outside) continue;
-        unsigned char* const out = a->dst + (inverse && outside ? (int64_t)a->planeSize : 0);
+        if (inverse && outside) grown.clear();
+        unsigned char* const out = a->dst + (inverse && outside ? (int64_t)a->planeSize : 0) + a->dstX +
+                                   (int64_t)(a->dstY + a->rowBegin) * a->dstStride;
         for (int y = 0; y < rows; ++y) {
             const unsigned char* s = a->src + (int64_t)(a->srcY + a->rowBegin + y) * a->srcStride + a->srcX;
-            unsigned char* g = grown.data() + y * span + 1 + n;
+            unsigned char* g = grown.row(y);
             for (int x = 0; x < a->width; ++x) g[x] = (unsigned char)(inverse ? 255 - s[x] : s[x]);
         }
-        size_t l = 0;
-        for (int w = 0; w <= n && l < levels.size(); ++w) {
-            if (w > 0) {
-                // Widen every row by one pixel on each side; the zero columns stand for the
-                // pixels beyond the source.
-                const int64_t from = n - w + 1, to = n + 1 + a->width + w; // written columns
-                for (int y = 0; y < rows; ++y) {
-                    const unsigned char* g = grown.data() + y * span;
-                    unsigned char* h = next.data() + y * span;
-                    if (w == 1)
-                        for (int64_t x = from; x < to; ++x) h[x] = std::max(std::max(g[x - 1], g[x]), g[x + 1]);
-                    else
-                        for (int64_t x = from; x < to; ++x) h[x] = std::max(g[x - 1], g[x + 1]);
+        int w = 0;
+        for (size_t first = 0; first < levels.size();) {
+            while (w < levels[first].width) grown.grow(), ++w;
+            size_t last = first;
+            while (last < levels.size() && levels[last].width == w) ++last;
+            const int count = a->width + 2 * w;
+            // Destination row Y gathers the source rows Y - dy and Y + dy of each level.
+            for (int Y = -n; Y < rows + n; ++Y) {
+                unsigned char* d = out + (int64_t)Y * a->dstStride - w;
+                for (size_t l = first; l < last;) {
+                    size_t e = l;
+                    const unsigned char* one = nullptr;
+                    bool many = false;
+                    for (; e < last && levels[e].level == levels[l].level; ++e) {
+                        for (int side = 0; side < (levels[e].dy ? 2 : 1); ++side) {
+                            const int y = side ? Y + levels[e].dy : Y - levels[e].dy;
+                            if (y < 0 || y >= rows) continue;
+                            const unsigned char* m = grown.row(y) - w;
+                            if (!one) {
+                                one = m;
+                            } else {
+                                maxRows(acc.data(), many ? acc.data() : one, m, count);
+                                many = true;
+                            }
+                        }
+                    }
+                    if (one) raiseRow(d, many ? acc.data() : one, count, 255u - (unsigned)levels[l].level);
+                    l = e;
                 }
-                grown.swap(next);
             }
-            for (; l < levels.size() && levels[l].width == w; ++l) {
-                const SpanLevel& v = levels[l];
-                for (int y = 0; y < rows; ++y) {
-                    const int64_t row = (int64_t)(a->dstY + a->rowBegin + y + v.dy) * a->dstStride;
-                    raiseRow(out + row + a->dstX - w, grown.data() + y * span + 1 + n - w, a->width + 2 * w,
-                             255u - (unsigned)v.level);
-                }
-            }
-        }
-        // The next plane starts from its own source values.
-        if (plane == 0 && inside) {
-            std::fill(grown.begin(), grown.end(), 0);
-            std::fill(next.begin(), next.end(), 0);
+            first = last;
         }
     }
     return 0;
