@@ -5,6 +5,7 @@
 #include "foundation/LmConvert.h"
 #include "raster/LmBitmap.h"
 #include "raster/LmBlender.h"
+#include "raster/LmRowOps.h"
 
 #include <algorithm>
 #include <climits>
@@ -97,21 +98,6 @@ bool kernelLevels(const unsigned char* kernel, int k, std::vector<SpanLevel>* le
     return true;
 }
 
-inline void maxRows(unsigned char* acc, const unsigned char* a, const unsigned char* b, int count)
-{
-    for (int i = 0; i < count; ++i) acc[i] = std::max(a[i], b[i]);
-}
-
-// dst[i] = max(dst[i], m[i] - t) with the difference floored at 0; written so that compilers
-// turn it into saturating byte arithmetic.
-inline void raiseRow(unsigned char* dst, const unsigned char* m, int count, unsigned t)
-{
-    for (int i = 0; i < count; ++i) {
-        const unsigned v = m[i] > t ? m[i] - t : 0u;
-        dst[i] = (unsigned char)(dst[i] > v ? dst[i] : v);
-    }
-}
-
 // Running maxima of the source rows, one pixel wider on each side per step.
 class GrownRows {
 public:
@@ -143,14 +129,8 @@ public:
     {
         ++grown;
         const int64_t from = -grown, to = (int64_t)width + grown; // columns that can be non-zero
-        for (int y = 0; y < rows; ++y) {
-            const unsigned char* g = row(y);
-            unsigned char* h = next.data() + y * stride + 1 + margin;
-            if (grown == 1)
-                for (int64_t x = from; x < to; ++x) h[x] = std::max(std::max(g[x - 1], g[x]), g[x + 1]);
-            else
-                for (int64_t x = from; x < to; ++x) h[x] = std::max(g[x - 1], g[x + 1]);
-        }
+        for (int y = 0; y < rows; ++y)
+            LmRowOps::widen(next.data() + y * stride + 1 + margin + from, row(y) + from, (size_t)(to - from), grown == 1);
         now.swap(next);
     }
 
@@ -216,12 +196,12 @@ int spanDilate(void* argsPtr, bool outside, bool inside)
                             if (!one) {
                                 one = m;
                             } else {
-                                maxRows(acc.data(), many ? acc.data() : one, m, count);
+                                LmRowOps::maxOf(acc.data(), many ? acc.data() : one, m, (size_t)count);
                                 many = true;
                             }
                         }
                     }
-                    if (one) raiseRow(d, many ? acc.data() : one, count, 255u - (unsigned)levels[l].level);
+                    if (one) LmRowOps::raise(d, many ? acc.data() : one, (size_t)count, (unsigned char)(255 - levels[l].level));
                     l = e;
                 }
             }

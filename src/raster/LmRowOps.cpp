@@ -1,0 +1,107 @@
+// Built once per instruction set by Highway's foreach_target when available.
+#if defined(LM_HAVE_HWY)
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "raster/LmRowOps.cpp"
+#include <hwy/foreach_target.h> // IWYU pragma: keep
+#include <hwy/highway.h>
+
+HWY_BEFORE_NAMESPACE();
+namespace LmFontEffect {
+namespace HWY_NAMESPACE {
+namespace hn = hwy::HWY_NAMESPACE;
+
+void MaxOf(unsigned char* out, const unsigned char* a, const unsigned char* b, size_t count)
+{
+    const hn::ScalableTag<uint8_t> d;
+    const size_t lanes = hn::Lanes(d);
+    size_t i = 0;
+    for (; i + lanes <= count; i += lanes) hn::StoreU(hn::Max(hn::LoadU(d, a + i), hn::LoadU(d, b + i)), d, out + i);
+    for (; i < count; ++i) out[i] = a[i] > b[i] ? a[i] : b[i];
+}
+
+void Raise(unsigned char* out, const unsigned char* m, size_t count, unsigned char t)
+{
+    const hn::ScalableTag<uint8_t> d;
+    const size_t lanes = hn::Lanes(d);
+    const auto vt = hn::Set(d, t);
+    size_t i = 0;
+    for (; i + lanes <= count; i += lanes)
+        hn::StoreU(hn::Max(hn::LoadU(d, out + i), hn::SaturatedSub(hn::LoadU(d, m + i), vt)), d, out + i);
+    for (; i < count; ++i) {
+        const unsigned char v = m[i] > t ? (unsigned char)(m[i] - t) : 0;
+        if (v > out[i]) out[i] = v;
+    }
+}
+
+void Widen(unsigned char* out, const unsigned char* in, size_t count, bool withCentre)
+{
+    const hn::ScalableTag<uint8_t> d;
+    const size_t lanes = hn::Lanes(d);
+    size_t i = 0;
+    for (; i + lanes <= count; i += lanes) {
+        auto v = hn::Max(hn::LoadU(d, in + i - 1), hn::LoadU(d, in + i + 1));
+        if (withCentre) v = hn::Max(v, hn::LoadU(d, in + i));
+        hn::StoreU(v, d, out + i);
+    }
+    for (; i < count; ++i) {
+        unsigned char v = in[i - 1] > in[i + 1] ? in[i - 1] : in[i + 1];
+        if (withCentre && in[i] > v) v = in[i];
+        out[i] = v;
+    }
+}
+
+} // namespace HWY_NAMESPACE
+} // namespace LmFontEffect
+HWY_AFTER_NAMESPACE();
+#endif
+
+#if !defined(LM_HAVE_HWY) || HWY_ONCE
+#include "raster/LmRowOps.h"
+
+namespace LmFontEffect {
+
+#if defined(LM_HAVE_HWY)
+HWY_EXPORT(MaxOf);
+HWY_EXPORT(Raise);
+HWY_EXPORT(Widen);
+
+void LmRowOps::maxOf(unsigned char* out, const unsigned char* a, const unsigned char* b, size_t count)
+{
+    HWY_DYNAMIC_DISPATCH(MaxOf)(out, a, b, count);
+}
+
+void LmRowOps::raise(unsigned char* out, const unsigned char* m, size_t count, unsigned char t)
+{
+    HWY_DYNAMIC_DISPATCH(Raise)(out, m, count, t);
+}
+
+void LmRowOps::widen(unsigned char* out, const unsigned char* in, size_t count, bool withCentre)
+{
+    HWY_DYNAMIC_DISPATCH(Widen)(out, in, count, withCentre);
+}
+#else
+void LmRowOps::maxOf(unsigned char* out, const unsigned char* a, const unsigned char* b, size_t count)
+{
+    for (size_t i = 0; i < count; ++i) out[i] = a[i] > b[i] ? a[i] : b[i];
+}
+
+void LmRowOps::raise(unsigned char* out, const unsigned char* m, size_t count, unsigned char t)
+{
+    for (size_t i = 0; i < count; ++i) {
+        const unsigned char v = m[i] > t ? (unsigned char)(m[i] - t) : 0;
+        out[i] = out[i] > v ? out[i] : v;
+    }
+}
+
+void LmRowOps::widen(unsigned char* out, const unsigned char* in, size_t count, bool withCentre)
+{
+    for (size_t i = 0; i < count; ++i) {
+        unsigned char v = in[i - 1] > in[i + 1] ? in[i - 1] : in[i + 1];
+        if (withCentre && in[i] > v) v = in[i];
+        out[i] = v;
+    }
+}
+#endif
+
+} // namespace LmFontEffect
+#endif

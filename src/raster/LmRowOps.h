@@ -1,0 +1,24 @@
+#ifndef LMFONTEFFECT_RASTER_LMROWOPS_H
+#define LMFONTEFFECT_RASTER_LMROWOPS_H
+
+#include <cstddef>
+
+namespace LmFontEffect {
+
+// Byte-row loops of the morphological filters, vectorised for the best instruction set the CPU
+// offers when the library is built with Highway (plain loops otherwise; same bytes either way).
+// An output row may be one of the inputs; it must not overlap them otherwise.
+class LmRowOps {
+public:
+    // out[i] = max(a[i], b[i]).
+    static void maxOf(unsigned char* out, const unsigned char* a, const unsigned char* b, size_t count);
+    // out[i] = max(out[i], m[i] - t), the difference floored at 0.
+    static void raise(unsigned char* out, const unsigned char* m, size_t count, unsigned char t);
+    // out[i] = max(in[i - 1], in[i + 1]), and in[i] too when withCentre: a running maximum one
+    // pixel wider on each side. in[-1] and in[count] are read.
+    static void widen(unsigned char* out, const unsigned char* in, size_t count, bool withCentre);
+};
+
+} // namespace LmFontEffect
+
+#endif
