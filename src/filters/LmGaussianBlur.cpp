@@ -1,5 +1,7 @@
 #include "filters/LmGaussianBlur.h"
 
+#include "raster/LmRowOps.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -54,8 +56,7 @@ void sumTaps(const unsigned char* centre, int64_t step, int x0, int x1, const in
         const unsigned char* after = c + i * step;
         const unsigned char* before = c - i * step;
         const int w = weights[i];
-        if (w == 0) continue;
-        for (int j = 0; j < count; ++j) acc[j] += (after[j] + before[j]) * w;
+        if (w != 0) LmRowOps::addTaps(acc, after, before, (size_t)count, w);
     }
 }
 

@@ -50,6 +50,20 @@ void Widen(unsigned char* out, const unsigned char* in, size_t count, bool withC
     }
 }
 
+void AddTaps(int* acc, const unsigned char* a, const unsigned char* b, size_t count, int weight)
+{
+    const hn::ScalableTag<int32_t> d;
+    const hn::Rebind<uint8_t, decltype(d)> bytes;
+    const size_t lanes = hn::Lanes(d);
+    const auto w = hn::Set(d, weight);
+    size_t i = 0;
+    for (; i + lanes <= count; i += lanes) {
+        const auto pair = hn::Add(hn::PromoteTo(d, hn::LoadU(bytes, a + i)), hn::PromoteTo(d, hn::LoadU(bytes, b + i)));
+        hn::StoreU(hn::Add(hn::LoadU(d, acc + i), hn::Mul(pair, w)), d, acc + i);
+    }
+    for (; i < count; ++i) acc[i] += (a[i] + b[i]) * weight;
+}
+
 } // namespace HWY_NAMESPACE
 } // namespace LmFontEffect
 HWY_AFTER_NAMESPACE();
@@ -64,6 +78,7 @@ namespace LmFontEffect {
 HWY_EXPORT(MaxOf);
 HWY_EXPORT(Raise);
 HWY_EXPORT(Widen);
+HWY_EXPORT(AddTaps);
 
 void LmRowOps::maxOf(unsigned char* out, const unsigned char* a, const unsigned char* b, size_t count)
 {
@@ -78,6 +93,11 @@ void LmRowOps::raise(unsigned char* out, const unsigned char* m, size_t count, u
 void LmRowOps::widen(unsigned char* out, const unsigned char* in, size_t count, bool withCentre)
 {
     HWY_DYNAMIC_DISPATCH(Widen)(out, in, count, withCentre);
+}
+
+void LmRowOps::addTaps(int* acc, const unsigned char* a, const unsigned char* b, size_t count, int weight)
+{
+    HWY_DYNAMIC_DISPATCH(AddTaps)(acc, a, b, count, weight);
 }
 #else
 void LmRowOps::maxOf(unsigned char* out, const unsigned char* a, const unsigned char* b, size_t count)
@@ -100,6 +120,11 @@ void LmRowOps::widen(unsigned char* out, const unsigned char* in, size_t count, 
         if (withCentre && in[i] > v) v = in[i];
         out[i] = v;
     }
+}
+
+void LmRowOps::addTaps(int* acc, const unsigned char* a, const unsigned char* b, size_t count, int weight)
+{
+    for (size_t i = 0; i < count; ++i) acc[i] += (a[i] + b[i]) * weight;
 }
 #endif
 

@@ -17,6 +17,8 @@ public:
     // out[i] = max(in[i - 1], in[i + 1]), and in[i] too when withCentre: a running maximum one
     // pixel wider on each side. in[-1] and in[count] are read.
     static void widen(unsigned char* out, const unsigned char* in, size_t count, bool withCentre);
+    // acc[i] += (a[i] + b[i]) * weight: one symmetric pair of blur taps.
+    static void addTaps(int* acc, const unsigned char* a, const unsigned char* b, size_t count, int weight);
 };
 
 } // namespace LmFontEffect
