@@ -128,9 +128,11 @@ void LmGlow::increaseByBoxFilter(unsigned char* image, int passes, int width, in
     if (!image || width < 1 || height < 1) return;
     LmMaskBox::Block<unsigned char> prevRow = LmMaskBox::allocate<unsigned char>(width, false);
     LmMaskBox::Block<unsigned char> nextRow = LmMaskBox::allocate<unsigned char>(width, true);
-    if (!prevRow || !nextRow) return;
+    LmMaskBox::Block<unsigned short> columnRow = LmMaskBox::allocate<unsigned short>(width, false);
+    if (!prevRow || !nextRow || !columnRow) return;
     unsigned char* prev = prevRow.get();
     unsigned char* next = nextRow.get();
+    unsigned short* column = columnRow.get();
     const size_t stride = (size_t)width;
     for (int pass = 0; pass < passes; ++pass) {
         std::memcpy(prev, image, stride);
@@ -138,15 +140,10 @@ void LmGlow::increaseByBoxFilter(unsigned char* image, int passes, int width, in
             unsigned char* row = image + (size_t)y * stride;
             const unsigned char* below = row + stride;
             if (width >= 3) {
-                // Column sums slide along the row: three per output byte.
-                int left = prev[0] + row[0] + below[0];
-                int mid = prev[1] + row[1] + below[1];
-                for (int x = 1; x < width - 1; ++x) {
-                    const int right = prev[x + 1] + row[x + 1] + below[x + 1];
-                    next[x] = (unsigned char)std::min((left + mid + right) >> 2, 255);
-                    left = mid;
-                    mid = right;
-                }
+                // Column sums first, then three of them per output byte: both loops vectorise.
+                for (int x = 0; x < width; ++x) column[x] = (unsigned short)(prev[x] + row[x] + below[x]);
+                for (int x = 1; x < width - 1; ++x)
+                    next[x] = (unsigned char)std::min((column[x - 1] + column[x] + column[x + 1]) >> 2, 255);
             }
             std::memcpy(prev, row, stride);
             std::memcpy(row, next, stride);

@@ -1,7 +1,8 @@
 // The blur's row passes against straightforward taps: same bytes for random images, radii,
-// weights and divisors.
+// weights and divisors; the glows' spread passes against plain 3 x 3 sums.
 
 #include "filters/LmGaussianBlur.h"
+#include "filters/LmGlow.h"
 
 #include <gtest/gtest.h>
 
@@ -55,4 +56,33 @@ TEST(BlurRows, SameBytesAsPlainTaps)
                 ASSERT_EQ(out[x], std::min(h / sum, 255)) << R << " " << x;
             }
         }
+}
+
+TEST(GlowSpread, SameBytesAsSlidingSums)
+{
+    // The straightforward pass: each interior byte from the 3 x 3 sum of the bytes before the pass,
+    // quartered and clamped; the first and last columns of interior rows become 0.
+    auto reference = [](std::vector<unsigned char> img, int passes, int W, int H) {
+        for (int p = 0; p < passes; ++p) {
+            std::vector<unsigned char> old = img;
+            for (int y = 1; y < H - 1; ++y)
+                for (int x = 0; x < W; ++x) {
+                    int s = 0;
+                    for (int j = -1; j <= 1; ++j)
+                        for (int i = -1; i <= 1; ++i)
+                            if (x + i >= 0 && x + i < W) s += old[(size_t)(y + j) * W + x + i];
+                    img[(size_t)y * W + x] = x == 0 || x == W - 1 ? 0 : (unsigned char)std::min(s >> 2, 255);
+                }
+        }
+        return img;
+    };
+    std::mt19937 rng(9);
+    for (int round = 0; round < 40; ++round) {
+        const int W = 1 + (int)(rng() % 40), H = 1 + (int)(rng() % 12), passes = (int)(rng() % 5);
+        std::vector<unsigned char> img((size_t)W * H);
+        for (auto& b : img) b = rng() % 2 ? 255 : (unsigned char)(rng() % 256);
+        std::vector<unsigned char> fast = img;
+        LmGlow::increaseByBoxFilter(fast.data(), passes, W, H);
+        ASSERT_EQ(fast, reference(img, passes, W, H)) << W << "x" << H << " passes " << passes;
+    }
 }
