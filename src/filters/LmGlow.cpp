@@ -159,6 +159,8 @@ int LmGlow::drawGlow(ParamPostProcessing* pp, bool inner)
     if (n > kMaxSize || n < -1) return 0;
     const int64_t G = (int64_t)n + 1;
     const int64_t M = 2 * G, W = box.width() + 4 * G, H = box.height() + 4 * G;
+    // The spread passes cost about as much per pixel as the blur's taps.
+    if (!LmMaskBox::affordable(W * H, 2 * G + 1, inner ? "inner glow" : "outer glow")) return 0;
     LmMaskBox::Block<unsigned> out = LmMaskBox::allocate<unsigned>(W * H, true);
     if (!out) return 0;
     if (G == 0) {

@@ -295,6 +295,7 @@ int LmStroke::doPostProcessing(ParamPostProcessing* pp)
     box.copyTo(src.get(), W, 1, 1);
 
     const int64_t Wo = W + 2 * n, Ho = H + 2 * n, planeSize = Wo * Ho;
+    if (!LmMaskBox::affordable((centre ? 2 : 1) * planeSize, n + 1, "stroke")) return 0;
     LmMaskBox::Block<unsigned char> out = LmMaskBox::allocate<unsigned char>((centre ? 2 : 1) * planeSize, true);
     if (!out) return 0;
 
