@@ -1,6 +1,7 @@
 #include "filters/LmGlow.h"
 
 #include "filters/LmGaussianBlur.h"
+#include "raster/LmRowOps.h"
 #include "filters/LmMaskBox.h"
 #include "foundation/LmConvert.h"
 #include "raster/LmBitmap.h"
@@ -139,12 +140,7 @@ void LmGlow::increaseByBoxFilter(unsigned char* image, int passes, int width, in
         for (int y = 1; y < height - 1; ++y) {
             unsigned char* row = image + (size_t)y * stride;
             const unsigned char* below = row + stride;
-            if (width >= 3) {
-                // Column sums first, then three of them per output byte: both loops vectorise.
-                for (int x = 0; x < width; ++x) column[x] = (unsigned short)(prev[x] + row[x] + below[x]);
-                for (int x = 1; x < width - 1; ++x)
-                    next[x] = (unsigned char)std::min((column[x - 1] + column[x] + column[x + 1]) >> 2, 255);
-            }
+            if (width >= 3) LmRowOps::spread(next, prev, row, below, column, stride);
             std::memcpy(prev, row, stride);
             std::memcpy(row, next, stride);
         }

@@ -64,6 +64,31 @@ void AddTaps(int* acc, const unsigned char* a, const unsigned char* b, size_t co
     for (; i < count; ++i) acc[i] += (a[i] + b[i]) * weight;
 }
 
+void Spread(unsigned char* out, const unsigned char* above, const unsigned char* row, const unsigned char* below,
+            unsigned short* column, size_t count)
+{
+    const hn::ScalableTag<uint16_t> d;
+    const hn::Rebind<uint8_t, decltype(d)> bytes;
+    const size_t lanes = hn::Lanes(d);
+    size_t i = 0;
+    for (; i + lanes <= count; i += lanes) {
+        const auto sum = hn::Add(hn::Add(hn::PromoteTo(d, hn::LoadU(bytes, above + i)), hn::PromoteTo(d, hn::LoadU(bytes, row + i))),
+                                 hn::PromoteTo(d, hn::LoadU(bytes, below + i)));
+        hn::StoreU(sum, d, column + i);
+    }
+    for (; i < count; ++i) column[i] = (unsigned short)(above[i] + row[i] + below[i]);
+    const hn::RebindToSigned<decltype(d)> signedLanes; // byte demotion starts from signed lanes
+    const auto top = hn::Set(d, 255);
+    for (i = 1; i + lanes + 1 <= count; i += lanes) {
+        const auto sum = hn::Add(hn::Add(hn::LoadU(d, column + i - 1), hn::LoadU(d, column + i)), hn::LoadU(d, column + i + 1));
+        hn::StoreU(hn::DemoteTo(bytes, hn::BitCast(signedLanes, hn::Min(hn::ShiftRight<2>(sum), top))), bytes, out + i);
+    }
+    for (; i + 1 < count; ++i) {
+        const int v = (column[i - 1] + column[i] + column[i + 1]) >> 2;
+        out[i] = (unsigned char)(v < 255 ? v : 255);
+    }
+}
+
 } // namespace HWY_NAMESPACE
 } // namespace LmFontEffect
 HWY_AFTER_NAMESPACE();
@@ -79,6 +104,7 @@ HWY_EXPORT(MaxOf);
 HWY_EXPORT(Raise);
 HWY_EXPORT(Widen);
 HWY_EXPORT(AddTaps);
+HWY_EXPORT(Spread);
 
 void LmRowOps::maxOf(unsigned char* out, const unsigned char* a, const unsigned char* b, size_t count)
 {
@@ -98,6 +124,12 @@ void LmRowOps::widen(unsigned char* out, const unsigned char* in, size_t count, 
 void LmRowOps::addTaps(int* acc, const unsigned char* a, const unsigned char* b, size_t count, int weight)
 {
     HWY_DYNAMIC_DISPATCH(AddTaps)(acc, a, b, count, weight);
+}
+
+void LmRowOps::spread(unsigned char* out, const unsigned char* above, const unsigned char* row,
+                      const unsigned char* below, unsigned short* column, size_t count)
+{
+    HWY_DYNAMIC_DISPATCH(Spread)(out, above, row, below, column, count);
 }
 #else
 void LmRowOps::maxOf(unsigned char* out, const unsigned char* a, const unsigned char* b, size_t count)
@@ -125,6 +157,16 @@ void LmRowOps::widen(unsigned char* out, const unsigned char* in, size_t count, 
 void LmRowOps::addTaps(int* acc, const unsigned char* a, const unsigned char* b, size_t count, int weight)
 {
     for (size_t i = 0; i < count; ++i) acc[i] += (a[i] + b[i]) * weight;
+}
+
+void LmRowOps::spread(unsigned char* out, const unsigned char* above, const unsigned char* row,
+                      const unsigned char* below, unsigned short* column, size_t count)
+{
+    for (size_t i = 0; i < count; ++i) column[i] = (unsigned short)(above[i] + row[i] + below[i]);
+    for (size_t i = 1; i + 1 < count; ++i) {
+        const int v = (column[i - 1] + column[i] + column[i + 1]) >> 2;
+        out[i] = (unsigned char)(v < 255 ? v : 255);
+    }
 }
 #endif
 

@@ -17,6 +17,10 @@ public:
     // out[i] = max(in[i - 1], in[i + 1]), and in[i] too when withCentre: a running maximum one
     // pixel wider on each side. in[-1] and in[count] are read.
     static void widen(unsigned char* out, const unsigned char* in, size_t count, bool withCentre);
+    // out[i] = min((c[i - 1] + c[i] + c[i + 1]) >> 2, 255) for i = 1..count-2, where c is the
+    // column sum above + row + below (kept in `column`, count entries): one 3 x 3 spread step.
+    static void spread(unsigned char* out, const unsigned char* above, const unsigned char* row,
+                       const unsigned char* below, unsigned short* column, size_t count);
     // acc[i] += (a[i] + b[i]) * weight: one symmetric pair of blur taps.
     static void addTaps(int* acc, const unsigned char* a, const unsigned char* b, size_t count, int weight);
 };
