@@ -45,21 +45,6 @@ struct Divider {
     unsigned operator()(int n) const { return (unsigned)(((uint64_t)(uint32_t)n * multiplier) >> shift); }
 };
 
-// acc[j] = the weighted taps around centre[x0 + j], `step` bytes apart, for x0 + j < x1. The tap
-// loop runs outside the pixel loop so that the pixel loop vectorises.
-void sumTaps(const unsigned char* centre, int64_t step, int x0, int x1, const int* weights, int R, int* acc)
-{
-    const int count = x1 - x0;
-    const unsigned char* c = centre + x0;
-    for (int j = 0; j < count; ++j) acc[j] = c[j] * weights[0];
-    for (int i = 1; i <= R; ++i) {
-        const unsigned char* after = c + i * step;
-        const unsigned char* before = c - i * step;
-        const int w = weights[i];
-        if (w != 0) LmRowOps::addTaps(acc, after, before, (size_t)count, w);
-    }
-}
-
 } // namespace
 
 void LmGaussianBlur::verticalRow(const unsigned char* src, long stride, int y, int x0, int x1,
@@ -70,7 +55,7 @@ void LmGaussianBlur::verticalRow(const unsigned char* src, long stride, int y, i
     int acc[kChunk];
     for (int from = x0; from < x1; from += kChunk) {
         const int to = std::min(x1, from + kChunk);
-        sumTaps(centre, stride, from, to, weights, R, acc);
+        LmRowOps::sumTaps(acc, centre + from, stride, (size_t)(to - from), weights, R);
         // The weights sum to `sum`, so the quotient stays within a byte.
         for (int x = from; x < to; ++x) row[x] = (unsigned char)divide(acc[x - from]);
     }
@@ -83,7 +68,7 @@ void LmGaussianBlur::horizontalRow(const unsigned char* row, int x0, int x1, con
     int acc[kChunk];
     for (int from = x0; from < x1; from += kChunk) {
         const int to = std::min(x1, from + kChunk);
-        sumTaps(row, 1, from, to, weights, R, acc);
+        LmRowOps::sumTaps(acc, row + from, 1, (size_t)(to - from), weights, R);
         for (int x = from; x < to; ++x) out[x] = (unsigned char)std::min(divide(acc[x - from]), 255u);
     }
 }

@@ -50,18 +50,27 @@ void Widen(unsigned char* out, const unsigned char* in, size_t count, bool withC
     }
 }
 
-void AddTaps(int* acc, const unsigned char* a, const unsigned char* b, size_t count, int weight)
+void SumTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t count, const int* weights, int R)
 {
     const hn::ScalableTag<int32_t> d;
     const hn::Rebind<uint8_t, decltype(d)> bytes;
     const size_t lanes = hn::Lanes(d);
-    const auto w = hn::Set(d, weight);
     size_t i = 0;
+    // The sums of a vector of pixels stay in a register over all the taps.
     for (; i + lanes <= count; i += lanes) {
-        const auto pair = hn::Add(hn::PromoteTo(d, hn::LoadU(bytes, a + i)), hn::PromoteTo(d, hn::LoadU(bytes, b + i)));
-        hn::StoreU(hn::Add(hn::LoadU(d, acc + i), hn::Mul(pair, w)), d, acc + i);
+        auto sum = hn::Mul(hn::PromoteTo(d, hn::LoadU(bytes, c + i)), hn::Set(d, weights[0]));
+        for (int t = 1; t <= R; ++t) {
+            const auto pair = hn::Add(hn::PromoteTo(d, hn::LoadU(bytes, c + i + t * step)),
+                                      hn::PromoteTo(d, hn::LoadU(bytes, c + i - t * step)));
+            sum = hn::Add(sum, hn::Mul(pair, hn::Set(d, weights[t])));
+        }
+        hn::StoreU(sum, d, acc + i);
     }
-    for (; i < count; ++i) acc[i] += (a[i] + b[i]) * weight;
+    for (; i < count; ++i) {
+        int sum = c[i] * weights[0];
+        for (int t = 1; t <= R; ++t) sum += (c[i + t * step] + c[i - t * step]) * weights[t];
+        acc[i] = sum;
+    }
 }
 
 void Spread(unsigned char* out, const unsigned char* above, const unsigned char* row, const unsigned char* below,
@@ -103,7 +112,7 @@ namespace LmFontEffect {
 HWY_EXPORT(MaxOf);
 HWY_EXPORT(Raise);
 HWY_EXPORT(Widen);
-HWY_EXPORT(AddTaps);
+HWY_EXPORT(SumTaps);
 HWY_EXPORT(Spread);
 
 void LmRowOps::maxOf(unsigned char* out, const unsigned char* a, const unsigned char* b, size_t count)
@@ -121,9 +130,9 @@ void LmRowOps::widen(unsigned char* out, const unsigned char* in, size_t count, 
     HWY_DYNAMIC_DISPATCH(Widen)(out, in, count, withCentre);
 }
 
-void LmRowOps::addTaps(int* acc, const unsigned char* a, const unsigned char* b, size_t count, int weight)
+void LmRowOps::sumTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t count, const int* weights, int R)
 {
-    HWY_DYNAMIC_DISPATCH(AddTaps)(acc, a, b, count, weight);
+    HWY_DYNAMIC_DISPATCH(SumTaps)(acc, c, step, count, weights, R);
 }
 
 void LmRowOps::spread(unsigned char* out, const unsigned char* above, const unsigned char* row,
@@ -154,9 +163,11 @@ void LmRowOps::widen(unsigned char* out, const unsigned char* in, size_t count, 
     }
 }
 
-void LmRowOps::addTaps(int* acc, const unsigned char* a, const unsigned char* b, size_t count, int weight)
+void LmRowOps::sumTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t count, const int* weights, int R)
 {
-    for (size_t i = 0; i < count; ++i) acc[i] += (a[i] + b[i]) * weight;
+    for (size_t i = 0; i < count; ++i) acc[i] = c[i] * weights[0];
+    for (int t = 1; t <= R; ++t)
+        for (size_t i = 0; i < count; ++i) acc[i] += (c[i + t * step] + c[i - t * step]) * weights[t];
 }
 
 void LmRowOps::spread(unsigned char* out, const unsigned char* above, const unsigned char* row,

@@ -21,8 +21,9 @@ public:
     // column sum above + row + below (kept in `column`, count entries): one 3 x 3 spread step.
     static void spread(unsigned char* out, const unsigned char* above, const unsigned char* row,
                        const unsigned char* below, unsigned short* column, size_t count);
-    // acc[i] += (a[i] + b[i]) * weight: one symmetric pair of blur taps.
-    static void addTaps(int* acc, const unsigned char* a, const unsigned char* b, size_t count, int weight);
+    // acc[i] = c[i] * weights[0] + sum over t = 1..R of (c[i + t * step] + c[i - t * step]) *
+    // weights[t]: symmetric blur taps `step` bytes apart. The sums must stay below 2^31.
+    static void sumTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t count, const int* weights, int R);
 };
 
 } // namespace LmFontEffect
