@@ -184,9 +184,9 @@ void BM_WholePass(benchmark::State& state)
 } // namespace
 
 #define LM_FILTER_SIZES ->Arg(2)->Arg(10)->Arg(50)->Arg(100)->Unit(benchmark::kMillisecond)
-BENCHMARK(BM_StrokeCentre) LM_FILTER_SIZES;
-BENCHMARK(BM_StrokeOutside) LM_FILTER_SIZES;
-BENCHMARK(BM_StrokeInside) LM_FILTER_SIZES;
+BENCHMARK(BM_StrokeCentre) LM_FILTER_SIZES->Arg(200);
+BENCHMARK(BM_StrokeOutside) LM_FILTER_SIZES->Arg(200);
+BENCHMARK(BM_StrokeInside) LM_FILTER_SIZES->Arg(200);
 BENCHMARK(BM_OuterShadow) LM_FILTER_SIZES;
 BENCHMARK(BM_InnerShadow) LM_FILTER_SIZES;
 BENCHMARK(BM_WholePass) LM_FILTER_SIZES;

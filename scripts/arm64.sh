@@ -8,7 +8,7 @@ bash scripts/deps.sh
 
 packages=(g++-aarch64-linux-gnu qemu-user-static
   libharfbuzz-dev:arm64 libfreetype-dev:arm64 libicu-dev:arm64 libfontconfig-dev:arm64
-  libpng-dev:arm64 libgtest-dev:arm64)
+  libpng-dev:arm64 libgtest-dev:arm64 libhwy-dev:arm64)
 missing=()
 for p in "${packages[@]}"; do
   if ! dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed"; then

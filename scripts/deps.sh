@@ -5,7 +5,7 @@ set -euo pipefail
 packages=(
   cmake g++ make pkg-config
   libharfbuzz-dev libfreetype-dev libicu-dev libfontconfig-dev libpng-dev
-  libgtest-dev libbenchmark-dev libcli11-dev nlohmann-json3-dev
+  libgtest-dev libbenchmark-dev libcli11-dev nlohmann-json3-dev libhwy-dev
   fonts-dejavu-core fonts-droid-fallback
   openjdk-17-jdk-headless junit4 libhamcrest-java
 )

@@ -14,6 +14,7 @@
 #include "raster/LmBitmap.h"
 #include "raster/LmBlender.h"
 #include "raster/LmRect.h"
+#include "raster/LmRowOps.h"
 #include "raster/LmSqrt.h"
 
 #include "effect/LmBevelProperty.h"

@@ -509,6 +509,9 @@ void LmEffect::unpremultiply(LmBitmap* output, unsigned char alpha)
     const size_t n = (size_t)output->width * output->height;
     unsigned char* p = output->pixels;
     for (size_t i = 0; i < n; ++i, p += 4) {
+        // Clear pixels stay clear, and at full strength opaque ones keep their bytes: most of a
+        // text image is one or the other, and the divisions below are the pass's cost.
+        if ((p[0] | p[1] | p[2] | p[3]) == 0 || (k == 255 && p[3] == 255)) continue;
         unsigned ka = k * (p[3] + 1u);
         unsigned a = ka >> 8;
         p[3] = (unsigned char)a;

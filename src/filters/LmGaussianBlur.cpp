@@ -1,7 +1,10 @@
 #include "filters/LmGaussianBlur.h"
 
+#include "raster/LmRowOps.h"
+
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 
 namespace LmFontEffect {
@@ -22,25 +25,51 @@ void LmGaussianBlur::computeGaussianWeights(int* weights, int* sum, int R, int s
     }
 }
 
+namespace {
+
+// Pixels summed at a time: the sums stay in the first-level cache.
+constexpr int kChunk = 512;
+
+// Division by a fixed positive divisor as a multiply and a shift, exact for every numerator in
+// 0..2^31-1 (round-up multiplier of 32 + ceil(log2 d) bits).
+struct Divider {
+    uint64_t multiplier;
+    int shift;
+    explicit Divider(int d)
+    {
+        int l = 0;
+        while (l < 31 && ((int64_t)1 << l) < d) ++l;
+        shift = 32 + l;
+        multiplier = (((uint64_t)1 << shift) / (uint64_t)d) + 1;
+    }
+    unsigned operator()(int n) const { return (unsigned)(((uint64_t)(uint32_t)n * multiplier) >> shift); }
+};
+
+} // namespace
+
 void LmGaussianBlur::verticalRow(const unsigned char* src, long stride, int y, int x0, int x1,
                                  const int* weights, int sum, int R, unsigned char* row)
 {
-    const unsigned char* centre = src + (long)y * stride;
-    for (int x = x0; x < x1; ++x) {
-        int acc = centre[x] * weights[0];
-        for (int i = 1; i <= R; ++i) acc += (centre[x + i * stride] + centre[x - i * stride]) * weights[i];
+    const unsigned char* centre = src + (int64_t)y * stride;
+    const Divider divide(sum);
+    int acc[kChunk];
+    for (int from = x0; from < x1; from += kChunk) {
+        const int to = std::min(x1, from + kChunk);
+        LmRowOps::sumTaps(acc, centre + from, stride, (size_t)(to - from), weights, R);
         // The weights sum to `sum`, so the quotient stays within a byte.
-        row[x] = (unsigned char)(acc / sum);
+        for (int x = from; x < to; ++x) row[x] = (unsigned char)divide(acc[x - from]);
     }
 }
 
 void LmGaussianBlur::horizontalRow(const unsigned char* row, int x0, int x1, const int* weights, int sum, int R,
                                    unsigned char* out)
 {
-    for (int x = x0; x < x1; ++x) {
-        int acc = row[x] * weights[0];
-        for (int i = 1; i <= R; ++i) acc += (row[x + i] + row[x - i]) * weights[i];
-        out[x] = (unsigned char)std::min(acc / sum, 255);
+    const Divider divide(sum);
+    int acc[kChunk];
+    for (int from = x0; from < x1; from += kChunk) {
+        const int to = std::min(x1, from + kChunk);
+        LmRowOps::sumTaps(acc, row + from, 1, (size_t)(to - from), weights, R);
+        for (int x = from; x < to; ++x) out[x] = (unsigned char)std::min(divide(acc[x - from]), 255u);
     }
 }
 

@@ -16,6 +16,7 @@ public:
     // Fills weights[0..R] (weights[0] only for R <= 0) and *sum.
     static void computeGaussianWeights(int* weights, int* sum, int R, int scale = 100);
 
+    // The row passes take non-negative weights whose taps sum below 2^31.
     // Vertical taps of column x = x0..x1-1 around row y of src (row stride `stride`), each
     // acc / sum, into row[x]. The caller keeps rows y-R..y+R inside src.
     static void verticalRow(const unsigned char* src, long stride, int y, int x0, int x1, const int* weights,

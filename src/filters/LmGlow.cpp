@@ -1,6 +1,7 @@
 #include "filters/LmGlow.h"
 
 #include "filters/LmGaussianBlur.h"
+#include "raster/LmRowOps.h"
 #include "filters/LmMaskBox.h"
 #include "foundation/LmConvert.h"
 #include "raster/LmBitmap.h"
@@ -128,26 +129,18 @@ void LmGlow::increaseByBoxFilter(unsigned char* image, int passes, int width, in
     if (!image || width < 1 || height < 1) return;
     LmMaskBox::Block<unsigned char> prevRow = LmMaskBox::allocate<unsigned char>(width, false);
     LmMaskBox::Block<unsigned char> nextRow = LmMaskBox::allocate<unsigned char>(width, true);
-    if (!prevRow || !nextRow) return;
+    LmMaskBox::Block<unsigned short> columnRow = LmMaskBox::allocate<unsigned short>(width, false);
+    if (!prevRow || !nextRow || !columnRow) return;
     unsigned char* prev = prevRow.get();
     unsigned char* next = nextRow.get();
+    unsigned short* column = columnRow.get();
     const size_t stride = (size_t)width;
     for (int pass = 0; pass < passes; ++pass) {
         std::memcpy(prev, image, stride);
         for (int y = 1; y < height - 1; ++y) {
             unsigned char* row = image + (size_t)y * stride;
             const unsigned char* below = row + stride;
-            if (width >= 3) {
-                // Column sums slide along the row: three per output byte.
-                int left = prev[0] + row[0] + below[0];
-                int mid = prev[1] + row[1] + below[1];
-                for (int x = 1; x < width - 1; ++x) {
-                    const int right = prev[x + 1] + row[x + 1] + below[x + 1];
-                    next[x] = (unsigned char)std::min((left + mid + right) >> 2, 255);
-                    left = mid;
-                    mid = right;
-                }
-            }
+            if (width >= 3) LmRowOps::spread(next, prev, row, below, column, stride);
             std::memcpy(prev, row, stride);
             std::memcpy(row, next, stride);
         }
@@ -162,6 +155,8 @@ int LmGlow::drawGlow(ParamPostProcessing* pp, bool inner)
     if (n > kMaxSize || n < -1) return 0;
     const int64_t G = (int64_t)n + 1;
     const int64_t M = 2 * G, W = box.width() + 4 * G, H = box.height() + 4 * G;
+    // The spread passes cost about as much per pixel as the blur's taps.
+    if (!LmMaskBox::affordable(W * H, 2 * G + 1, inner ? "inner glow" : "outer glow")) return 0;
     LmMaskBox::Block<unsigned> out = LmMaskBox::allocate<unsigned>(W * H, true);
     if (!out) return 0;
     if (G == 0) {

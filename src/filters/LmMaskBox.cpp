@@ -1,5 +1,7 @@
 #include "filters/LmMaskBox.h"
 
+#include "foundation/Error.h"
+#include "foundation/LmLog.h"
 #include "raster/LmBitmap.h"
 #include "raster/LmRect.h"
 
@@ -9,6 +11,16 @@
 namespace LmFontEffect {
 
 const int64_t LmMaskBox::kMaxBytes = (int64_t)LmBitmap::kMaxPixels;
+const int64_t LmMaskBox::kMaxWork = (int64_t)10000000000;
+
+bool LmMaskBox::affordable(int64_t pixels, int64_t perPixel, const char* what)
+{
+    if (pixels <= 0 || perPixel <= 0 || pixels <= kMaxWork / perPixel) return true;
+    LmLog::printLog(LM_LOG_WARN, "LmMaskBox", "%s refused: %lld pixels x %lld would take too long", what,
+                    (long long)pixels, (long long)perPixel);
+    Error::SetError(Error::LM_ERR_OUT_OF_RANGE);
+    return false;
+}
 
 bool LmMaskBox::take(const LmECore::ParamPostProcessing* pp)
 {

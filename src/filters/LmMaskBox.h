@@ -49,6 +49,15 @@ public:
     const LmBitmap* mask = nullptr;
     LmBitmap* target = nullptr;
 
+    // Work bound: about 10^10 byte-taps, a second or so on a current core. Sizes past 100 only
+    // come from raw records; one that would need more is refused rather than left to run for
+    // minutes.
+    static const int64_t kMaxWork;
+
+    // True when pixels x perPixel stays within kMaxWork; otherwise logs a warning naming `what`,
+    // sets error 3 (out of range) and returns false. Negative counts pass (nothing to do).
+    static bool affordable(int64_t pixels, int64_t perPixel, const char* what);
+
 private:
     static void* allocateBytes(int64_t count, int64_t elementSize, bool zeroed);
 };

@@ -95,6 +95,7 @@ int LmOuterShadow::doPostProcessing(ParamPostProcessing* pp)
     if (box.bottom + M + shiftY < 0 || box.top - M + shiftY >= dstH) return 0;
 
     const int64_t W = box.width() + 2 * M, H = box.height() + 2 * M;
+    if (!LmMaskBox::affordable(W * H, R + 1, "outer shadow")) return 0;
     LmMaskBox::Block<unsigned char> out = LmMaskBox::allocate<unsigned char>(W * H, false);
     LmMaskBox::Block<unsigned char> src = LmMaskBox::allocate<unsigned char>(W * H, true);
     LmMaskBox::Block<int> weights = LmMaskBox::allocate<int>(R + 1, false);

@@ -235,6 +235,7 @@ bool LmRelief::canvasFor(const LmMaskBox& box, int64_t margin, Canvas* canvas)
     if (margin < 0 || margin > kMaxCanvasPixels) return false;
     const int64_t w = box.width() + 2 * margin, h = box.height() + 2 * margin;
     if (w < 1 || h < 1 || w * h > kMaxCanvasPixels) return false;
+    if (!LmMaskBox::affordable(w * h, margin + 1, "bevel or emboss")) return false;
     canvas->x = (int)(box.left - margin);
     canvas->y = (int)(box.top - margin);
     canvas->width = (int)w;

@@ -45,6 +45,12 @@ int partalDTStrokeOutside(void* args);
 int partalDTStrokeInside(void* args);
 int partalDTStrokeCenter(void* args);
 
+// The same bytes by running maxima over rows, in time linear in the radius; the stroke layer
+// draws with these.
+int spanStrokeOutside(void* args);
+int spanStrokeInside(void* args);
+int spanStrokeCenter(void* args);
+
 // Kind 10: an outline of the glyphs, centred on their edges (position 0), outside them (1) or
 // inside them (any other position).
 class LmStroke : public LmECoreBase {

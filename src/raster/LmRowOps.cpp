@@ -1,0 +1,185 @@
+// Built once per instruction set by Highway's foreach_target when available.
+#if defined(LM_HAVE_HWY)
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "raster/LmRowOps.cpp"
+#include <hwy/foreach_target.h> // IWYU pragma: keep
+#include <hwy/highway.h>
+
+HWY_BEFORE_NAMESPACE();
+namespace LmFontEffect {
+namespace HWY_NAMESPACE {
+namespace hn = hwy::HWY_NAMESPACE;
+
+void MaxOf(unsigned char* out, const unsigned char* a, const unsigned char* b, size_t count)
+{
+    const hn::ScalableTag<uint8_t> d;
+    const size_t lanes = hn::Lanes(d);
+    size_t i = 0;
+    for (; i + lanes <= count; i += lanes) hn::StoreU(hn::Max(hn::LoadU(d, a + i), hn::LoadU(d, b + i)), d, out + i);
+    for (; i < count; ++i) out[i] = a[i] > b[i] ? a[i] : b[i];
+}
+
+void Raise(unsigned char* out, const unsigned char* m, size_t count, unsigned char t)
+{
+    const hn::ScalableTag<uint8_t> d;
+    const size_t lanes = hn::Lanes(d);
+    const auto vt = hn::Set(d, t);
+    size_t i = 0;
+    for (; i + lanes <= count; i += lanes)
+        hn::StoreU(hn::Max(hn::LoadU(d, out + i), hn::SaturatedSub(hn::LoadU(d, m + i), vt)), d, out + i);
+    for (; i < count; ++i) {
+        const unsigned char v = m[i] > t ? (unsigned char)(m[i] - t) : 0;
+        if (v > out[i]) out[i] = v;
+    }
+}
+
+void Widen(unsigned char* out, const unsigned char* in, size_t count, bool withCentre)
+{
+    const hn::ScalableTag<uint8_t> d;
+    const size_t lanes = hn::Lanes(d);
+    size_t i = 0;
+    for (; i + lanes <= count; i += lanes) {
+        auto v = hn::Max(hn::LoadU(d, in + i - 1), hn::LoadU(d, in + i + 1));
+        if (withCentre) v = hn::Max(v, hn::LoadU(d, in + i));
+        hn::StoreU(v, d, out + i);
+    }
+    for (; i < count; ++i) {
+        unsigned char v = in[i - 1] > in[i + 1] ? in[i - 1] : in[i + 1];
+        if (withCentre && in[i] > v) v = in[i];
+        out[i] = v;
+    }
+}
+
+void SumTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t count, const int* weights, int R)
+{
+    const hn::ScalableTag<int32_t> d;
+    const hn::Rebind<uint8_t, decltype(d)> bytes;
+    const size_t lanes = hn::Lanes(d);
+    size_t i = 0;
+    // The sums of a vector of pixels stay in a register over all the taps.
+    for (; i + lanes <= count; i += lanes) {
+        auto sum = hn::Mul(hn::PromoteTo(d, hn::LoadU(bytes, c + i)), hn::Set(d, weights[0]));
+        for (int t = 1; t <= R; ++t) {
+            const auto pair = hn::Add(hn::PromoteTo(d, hn::LoadU(bytes, c + i + t * step)),
+                                      hn::PromoteTo(d, hn::LoadU(bytes, c + i - t * step)));
+            sum = hn::Add(sum, hn::Mul(pair, hn::Set(d, weights[t])));
+        }
+        hn::StoreU(sum, d, acc + i);
+    }
+    for (; i < count; ++i) {
+        int sum = c[i] * weights[0];
+        for (int t = 1; t <= R; ++t) sum += (c[i + t * step] + c[i - t * step]) * weights[t];
+        acc[i] = sum;
+    }
+}
+
+void Spread(unsigned char* out, const unsigned char* above, const unsigned char* row, const unsigned char* below,
+            unsigned short* column, size_t count)
+{
+    const hn::ScalableTag<uint16_t> d;
+    const hn::Rebind<uint8_t, decltype(d)> bytes;
+    const size_t lanes = hn::Lanes(d);
+    size_t i = 0;
+    for (; i + lanes <= count; i += lanes) {
+        const auto sum = hn::Add(hn::Add(hn::PromoteTo(d, hn::LoadU(bytes, above + i)), hn::PromoteTo(d, hn::LoadU(bytes, row + i))),
+                                 hn::PromoteTo(d, hn::LoadU(bytes, below + i)));
+        hn::StoreU(sum, d, column + i);
+    }
+    for (; i < count; ++i) column[i] = (unsigned short)(above[i] + row[i] + below[i]);
+    const hn::RebindToSigned<decltype(d)> signedLanes; // byte demotion starts from signed lanes
+    const auto top = hn::Set(d, 255);
+    for (i = 1; i + lanes + 1 <= count; i += lanes) {
+        const auto sum = hn::Add(hn::Add(hn::LoadU(d, column + i - 1), hn::LoadU(d, column + i)), hn::LoadU(d, column + i + 1));
+        hn::StoreU(hn::DemoteTo(bytes, hn::BitCast(signedLanes, hn::Min(hn::ShiftRight<2>(sum), top))), bytes, out + i);
+    }
+    for (; i + 1 < count; ++i) {
+        const int v = (column[i - 1] + column[i] + column[i + 1]) >> 2;
+        out[i] = (unsigned char)(v < 255 ? v : 255);
+    }
+}
+
+} // namespace HWY_NAMESPACE
+} // namespace LmFontEffect
+HWY_AFTER_NAMESPACE();
+#endif
+
+#if !defined(LM_HAVE_HWY) || HWY_ONCE
+#include "raster/LmRowOps.h"
+
+namespace LmFontEffect {
+
+#if defined(LM_HAVE_HWY)
+HWY_EXPORT(MaxOf);
+HWY_EXPORT(Raise);
+HWY_EXPORT(Widen);
+HWY_EXPORT(SumTaps);
+HWY_EXPORT(Spread);
+
+void LmRowOps::maxOf(unsigned char* out, const unsigned char* a, const unsigned char* b, size_t count)
+{
+    HWY_DYNAMIC_DISPATCH(MaxOf)(out, a, b, count);
+}
+
+void LmRowOps::raise(unsigned char* out, const unsigned char* m, size_t count, unsigned char t)
+{
+    HWY_DYNAMIC_DISPATCH(Raise)(out, m, count, t);
+}
+
+void LmRowOps::widen(unsigned char* out, const unsigned char* in, size_t count, bool withCentre)
+{
+    HWY_DYNAMIC_DISPATCH(Widen)(out, in, count, withCentre);
+}
+
+void LmRowOps::sumTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t count, const int* weights, int R)
+{
+    HWY_DYNAMIC_DISPATCH(SumTaps)(acc, c, step, count, weights, R);
+}
+
+void LmRowOps::spread(unsigned char* out, const unsigned char* above, const unsigned char* row,
+                      const unsigned char* below, unsigned short* column, size_t count)
+{
+    HWY_DYNAMIC_DISPATCH(Spread)(out, above, row, below, column, count);
+}
+#else
+void LmRowOps::maxOf(unsigned char* out, const unsigned char* a, const unsigned char* b, size_t count)
+{
+    for (size_t i = 0; i < count; ++i) out[i] = a[i] > b[i] ? a[i] : b[i];
+}
+
+void LmRowOps::raise(unsigned char* out, const unsigned char* m, size_t count, unsigned char t)
+{
+    for (size_t i = 0; i < count; ++i) {
+        const unsigned char v = m[i] > t ? (unsigned char)(m[i] - t) : 0;
+        out[i] = out[i] > v ? out[i] : v;
+    }
+}
+
+void LmRowOps::widen(unsigned char* out, const unsigned char* in, size_t count, bool withCentre)
+{
+    for (size_t i = 0; i < count; ++i) {
+        unsigned char v = in[i - 1] > in[i + 1] ? in[i - 1] : in[i + 1];
+        if (withCentre && in[i] > v) v = in[i];
+        out[i] = v;
+    }
+}
+
+void LmRowOps::sumTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t count, const int* weights, int R)
+{
+    for (size_t i = 0; i < count; ++i) acc[i] = c[i] * weights[0];
+    for (int t = 1; t <= R; ++t)
+        for (size_t i = 0; i < count; ++i) acc[i] += (c[i + t * step] + c[i - t * step]) * weights[t];
+}
+
+void LmRowOps::spread(unsigned char* out, const unsigned char* above, const unsigned char* row,
+                      const unsigned char* below, unsigned short* column, size_t count)
+{
+    for (size_t i = 0; i < count; ++i) column[i] = (unsigned short)(above[i] + row[i] + below[i]);
+    for (size_t i = 1; i + 1 < count; ++i) {
+        const int v = (column[i - 1] + column[i] + column[i + 1]) >> 2;
+        out[i] = (unsigned char)(v < 255 ? v : 255);
+    }
+}
+#endif
+
+} // namespace LmFontEffect
+#endif

@@ -1,0 +1,31 @@
+#ifndef LMFONTEFFECT_RASTER_LMROWOPS_H
+#define LMFONTEFFECT_RASTER_LMROWOPS_H
+
+#include <cstddef>
+
+namespace LmFontEffect {
+
+// Byte-row loops of the morphological filters, vectorised for the best instruction set the CPU
+// offers when the library is built with Highway (plain loops otherwise; same bytes either way).
+// An output row may be one of the inputs; it must not overlap them otherwise.
+class LmRowOps {
+public:
+    // out[i] = max(a[i], b[i]).
+    static void maxOf(unsigned char* out, const unsigned char* a, const unsigned char* b, size_t count);
+    // out[i] = max(out[i], m[i] - t), the difference floored at 0.
+    static void raise(unsigned char* out, const unsigned char* m, size_t count, unsigned char t);
+    // out[i] = max(in[i - 1], in[i + 1]), and in[i] too when withCentre: a running maximum one
+    // pixel wider on each side. in[-1] and in[count] are read.
+    static void widen(unsigned char* out, const unsigned char* in, size_t count, bool withCentre);
+    // out[i] = min((c[i - 1] + c[i] + c[i + 1]) >> 2, 255) for i = 1..count-2, where c is the
+    // column sum above + row + below (kept in `column`, count entries): one 3 x 3 spread step.
+    static void spread(unsigned char* out, const unsigned char* above, const unsigned char* row,
+                       const unsigned char* below, unsigned short* column, size_t count);
+    // acc[i] = c[i] * weights[0] + sum over t = 1..R of (c[i + t * step] + c[i - t * step]) *
+    // weights[t]: symmetric blur taps `step` bytes apart. The sums must stay below 2^31.
+    static void sumTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t count, const int* weights, int R);
+};
+
+} // namespace LmFontEffect
+
+#endif

@@ -1,0 +1,35 @@
+// Raw records past the stack's sizes: refused (warning, error 3) only when the work is huge.
+
+#include "filters/MaskFixtures.h"
+
+#include "effect/LmBevelProperty.h"
+#include "filters/LmBevel.h"
+#include "foundation/Error.h"
+#include "support/TestSupport.h"
+
+#include <gtest/gtest.h>
+
+using namespace LmFontEffect;
+using namespace LmTest;
+
+TEST(WorkBound, LargestRecordsOnALargeBoxAreRefused)
+{
+    LmBevelProperty bevel(0, 1000.0f, 3, 1, 0, 0, 1, 120, 30, 0xFF000080, 1, 0xFFFFFFFF, 1);
+    std::unique_ptr<LmECore> layers[] = {strokeOf(1000, OUTSIDE), strokeOf(1000, INSIDE), outerOf(120, 5, 1000),
+                                         glowOf(3, 1000), glowOf(2, 1000), std::make_unique<LmBevel>()};
+    layers[5]->setProperty(&bevel);
+    const char* names[] = {"stroke", "stroke", "outer shadow", "outer glow", "inner glow", "bevel or emboss"};
+    for (int i = 0; i < 6; ++i) {
+        FilterRun run(rect(2000, 1000, 0, 0, 2000, 1000));
+        LogCapture log;
+        Error::SetError(0);
+        EXPECT_TRUE(run.run(*layers[i]) == 0 && Error::GetError() == 3 && run.untouched()) << names[i];
+        ASSERT_EQ(log.lines().size(), 1u) << names[i];
+        EXPECT_NE(log.lines()[0].message.find(std::string(names[i]) + " refused"), std::string::npos);
+    }
+    // The same stroke on a small box is drawn.
+    FilterRun small(rect(8, 8, 3, 3, 5, 5), 8, 8);
+    Error::SetError(0);
+    EXPECT_TRUE(small.run(*strokeOf(1000, OUTSIDE)) == 1 && Error::GetError() == 0);
+    small.expectAlphas({{0, 0, 255}, {7, 7, 255}});
+}
