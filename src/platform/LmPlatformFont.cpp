@@ -67,7 +67,8 @@ void mergeSpans(int y, int count, const FT_Span* spans, void* user)
 
 } // namespace
 
-std::shared_ptr<LmPlatformFont> LmPlatformFont::MakeFromData(const unsigned char* data, size_t size, int index)
+std::shared_ptr<LmPlatformFont> LmPlatformFont::MakeFromData(const unsigned char* data, size_t size, int index,
+                                                             std::shared_ptr<const void> owner)
 {
     // FreeType reads the upper 16 bits of the index as a variation instance and a negative one
     // as a query: neither is a collection index.
@@ -75,6 +76,7 @@ std::shared_ptr<LmPlatformFont> LmPlatformFont::MakeFromData(const unsigned char
 
     std::shared_ptr<LmPlatformFont> font(new (std::nothrow) LmPlatformFont());
     if (!font) return nullptr;
+    font->mOwner = std::move(owner);
     if (FT_Init_FreeType(&font->mLibrary) != 0) {
         font->mLibrary = nullptr;
         return nullptr;

@@ -11,10 +11,11 @@
 #include "text/LmFontFamily.h"
 #include "text/LmFontManagerImpl.h"
 
+#include <cerrno>
 #include <cstdint>
 #include <cstring>
 #include <fcntl.h>
-#include <sys/mman.h>
+#include <new>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -44,30 +45,51 @@ bool containsAfterStart(const std::string& text, const char* needle)
 
 const char* forLog(const LmString* s) { return LmLog::ConvertLog(s); }
 
-// Maps a whole font file read-only. The record is made whatever happens, so that a path
-// that failed once is not tried again.
-LmFontData* mapFontFile(const char* path)
+using Locked = std::lock_guard<std::recursive_mutex>;
+
+// A shared object, or null when memory runs out.
+template <class T, class... Args>
+std::shared_ptr<T> makeShared(Args&&... args)
 {
+    try {
+        return std::make_shared<T>(std::forward<Args>(args)...);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
+// Reads a whole font file into memory, so that the file changing afterwards cannot reach
+// the fonts built over it. The record is made whatever happens (null only when even that
+// fails), so that a path that failed once is not tried again.
+std::shared_ptr<LmFontData> readFontFile(const char* path)
+{
+    std::shared_ptr<LmFontData> record = makeShared<LmFontData>();
+    if (!record) return nullptr;
     int fd = open(path, O_RDONLY | O_CLOEXEC);
     if (fd < 0) {
         LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "Failed to open %s as a font", path);
-        return new LmFontData(nullptr, 0, false);
+        return record;
     }
     struct stat st;
     if (fstat(fd, &st) != 0) {
         LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "Failed to stat font file %s", path);
         close(fd);
-        return new LmFontData(nullptr, 0, false);
+        return record;
     }
     // Font data sizes are 32-bit; a larger (or empty) file cannot hold a usable font.
     uint32_t size = (st.st_size > 0 && (uint64_t)st.st_size <= UINT32_MAX) ? (uint32_t)st.st_size : 0;
-    char* buffer = nullptr;
-    if (size > 0) {
-        void* mapped = mmap(nullptr, size, PROT_READ, MAP_SHARED, fd, 0);
-        if (mapped != MAP_FAILED) buffer = static_cast<char*>(mapped);
+    char* buffer = size ? new (std::nothrow) char[size] : nullptr;
+    uint32_t got = 0;
+    while (buffer && got < size) {
+        ssize_t n = read(fd, buffer + got, size - got);
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) break; // the file shrank since fstat: keep what was there
+        got += (uint32_t)n;
     }
     close(fd);
-    return new LmFontData(buffer, size, buffer != nullptr);
+    record->buffer = buffer;
+    record->size = buffer ? got : 0;
+    return record;
 }
 
 } // namespace
@@ -96,10 +118,7 @@ LmFontManagerImpl::~LmFontManagerImpl()
 void LmFontManagerImpl::ClearFontMaps()
 {
     fontMap.clear();
-    for (auto& entry : fontDataMap) delete entry.second;
     fontDataMap.clear();
-    for (auto& entry : handedBuffers) delete entry.second;
-    handedBuffers.clear();
     totalBufferMB = 0.0;
 }
 
@@ -138,6 +157,7 @@ FontManager::~FontManager()
 bool FontManager::IsExisting(const char* name, int index)
 {
     if (NoImpl(__LINE__)) return false;
+    Locked lock(impl->mutex);
     if (!name || !*name) {
         LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "IsExisting() - path is NULL");
         return false;
@@ -151,6 +171,7 @@ bool FontManager::AddMinikinFont(const char* name, char* data, unsigned size, in
         delete[] data;
         return false;
     }
+    Locked lock(impl->mutex);
     if (!name || !*name) {
         LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "AddMinikinFont() - path is NULL");
         delete[] data;
@@ -161,52 +182,48 @@ bool FontManager::AddMinikinFont(const char* name, char* data, unsigned size, in
         return true;
     }
 
-    // `handed` is the caller's buffer, which this call now owns; file bytes stay in the map.
-    char* handed = data;
-    if (!data) {
+    // The bytes, shared with the font: a file's record from the map, or the caller's buffer,
+    // which this call now owns.
+    std::shared_ptr<LmFontData> bytes;
+    if (data) {
+        bytes = makeShared<LmFontData>(data, size);
+        if (!bytes) {
+            delete[] data;
+            Error::Report(kTag, Error::LM_ERR_PLATFORM, __LINE__);
+            return false;
+        }
+    } else {
         std::string pathKey = LmFontManagerImpl::PathKey(name);
         auto found = impl->fontDataMap.find(pathKey);
-        LmFontData* record;
         if (found == impl->fontDataMap.end()) {
-            record = mapFontFile(name);
-            impl->fontDataMap[pathKey] = record;
-            double fileMB = record->size / 1024000.0;
+            bytes = readFontFile(name);
+            if (!bytes) {
+                Error::Report(kTag, Error::LM_ERR_PLATFORM, __LINE__);
+                return false;
+            }
+            impl->fontDataMap[pathKey] = bytes;
+            double fileMB = bytes->size / 1024000.0;
             impl->totalBufferMB += fileMB;
             if (LmLog::IsAllLogEnable())
                 LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "BUFFER TOTAL SIZE(%.2fMB) <- %s(%.2fMB) ",
                              impl->totalBufferMB, name, fileMB);
         } else {
-            record = found->second;
+            bytes = found->second;
         }
-        data = record->buffer;
-        size = record->size;
     }
-    if (!data || size == 0) {
+    if (!bytes->buffer || bytes->size == 0) {
         LmLog::Print(LmLog::LM_PRIO_ERROR, kTag, "AddMinikinFont() - Fail to get font");
-        delete[] handed;
         return false;
     }
 
-    std::shared_ptr<LmPlatformFont> font =
-        LmPlatformFont::MakeFromData(reinterpret_cast<const unsigned char*>(data), size, index);
+    std::shared_ptr<LmPlatformFont> font = LmPlatformFont::MakeFromData(
+        reinterpret_cast<const unsigned char*>(bytes->buffer), bytes->size, index, bytes);
     if (!font) {
         LmLog::Print(LmLog::LM_PRIO_ERROR, kTag, "AddMinikinFont() - Fail to create typeface");
-        delete[] handed;
         return false;
     }
-
-    std::string fontKey = LmFontManagerImpl::FontKey(name, index);
-    bool inserted = impl->fontMap.emplace(fontKey, font).second;
-    if (handed) {
-        if (inserted) {
-            impl->handedBuffers[fontKey] = new LmFontData(handed, size, false);
-        } else {
-            // The font already registered under the key wins; the new one, and with it the
-            // last user of the buffer, goes now.
-            font.reset();
-            delete[] handed;
-        }
-    }
+    // An existing font under the key wins; the new one, and with it a handed buffer, goes.
+    impl->fontMap.emplace(LmFontManagerImpl::FontKey(name, index), font);
     return true;
 }
 
@@ -224,6 +241,7 @@ bool FontManager::AddMinikinFont(LmString* name, char* data, unsigned size, int 
 bool FontManager::GetMinikinFont(std::shared_ptr<LmPlatformFont>& out, LmString* name, int index)
 {
     if (NoImpl(__LINE__)) return false;
+    Locked lock(impl->mutex);
     std::string utf8;
     if (!toUtf8(name, utf8)) return false;
     auto found = impl->fontMap.find(LmFontManagerImpl::FontKey(utf8.c_str(), index));
@@ -235,6 +253,7 @@ bool FontManager::GetMinikinFont(std::shared_ptr<LmPlatformFont>& out, LmString*
 bool FontManager::BuildMinikinFamily(LmFontFamily* family)
 {
     if (NoImpl(__LINE__)) return false;
+    Locked lock(impl->mutex);
     if (!family || !family->fonts) return false;
     int count = family->fonts->GetCount();
     if (count < 1) return false;
@@ -248,6 +267,7 @@ bool FontManager::BuildMinikinFamily(LmFontFamily* family)
 bool FontManager::LoadMinikinFontFamily(unsigned localeListId)
 {
     if (NoImpl(__LINE__)) return false;
+    Locked lock(impl->mutex);
     List* families = impl->systemFamilies;
     if (!families) return false;
     int count = families->GetCount();
@@ -264,6 +284,7 @@ bool FontManager::LoadMinikinFontFamily(unsigned localeListId)
 bool FontManager::SetSystemFontFamilies(List* families)
 {
     if (NoImpl(__LINE__)) return false;
+    Locked lock(impl->mutex);
     // A null list is nothing to take: the families stay unset.
     if (!impl->systemFamiliesSet && families) {
         impl->ClearFontFamilies();
@@ -276,12 +297,14 @@ bool FontManager::SetSystemFontFamilies(List* families)
 bool FontManager::IsSystemFontFamiliesAlreadySet()
 {
     if (NoImpl(__LINE__)) return false;
+    Locked lock(impl->mutex);
     return impl->systemFamiliesSet;
 }
 
 List* FontManager::GetSystemFontFamilies()
 {
     if (NoImpl(__LINE__)) return nullptr;
+    Locked lock(impl->mutex);
     return impl->systemFamilies;
 }
 
@@ -290,6 +313,7 @@ bool FontManager::GetMinikinFontFamilies(LmString* familyName,
                                          LmString* userFont, int& weight)
 {
     if (NoImpl(__LINE__)) return false;
+    Locked lock(impl->mutex);
     bool verbose = LmLog::IsAllLogEnable();
     if (verbose) {
         LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "GetMinikinFontFamilies >>> GetMinikinFontFamilies");
@@ -346,12 +370,14 @@ bool FontManager::GetMinikinFontFamilies(LmString* familyName,
 void FontManager::ClearFontMaps()
 {
     if (NoImpl(__LINE__)) return;
+    Locked lock(impl->mutex);
     impl->ClearFontMaps();
 }
 
 void FontManager::ClearFontFamilies()
 {
     if (NoImpl(__LINE__)) return;
+    Locked lock(impl->mutex);
     impl->ClearFontFamilies();
 }
 
