@@ -73,11 +73,9 @@ bool LmTextObject::NoImpl(int site) const
 
 LmTextObject::LmTextObject() : impl(nullptr)
 {
-    static bool callbackSet = false;
-    if (!callbackSet) {
-        callbackSet = true;
-        LmTextInstanceManager::SetCallBack(releaseTextObjectCallback);
-    }
+    // Once per process; static initialisation keeps threads constructing at once apart.
+    static const bool callbackSet = (LmTextInstanceManager::SetCallBack(releaseTextObjectCallback), true);
+    (void)callbackSet;
     LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "LmTextObject(%p)", (void*)this);
 }
 
