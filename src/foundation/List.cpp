@@ -210,6 +210,7 @@ bool List::Construct()
     if (!impl || !slots) {
         delete impl;
         delete[] slots;
+        Error::Report(kTag, Error::LM_ERR_PLATFORM, __LINE__);
         return false;
     }
     impl->traversals = slots;
@@ -238,7 +239,7 @@ bool List::Add(void* data)
 {
     if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
     ListNode* node = new (std::nothrow) ListNode{nullptr, nullptr, data};
-    if (!node) return false;
+    if (Error::ReportIf(!node, kTag, Error::LM_ERR_PLATFORM, __LINE__)) return false;
     mImpl->append(node);
     return true;
 }
@@ -249,9 +250,10 @@ bool List::Add(const List* other)
     if (Error::ReportIf(!other, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     if (!other->mImpl || other->mImpl->count == 0) return true;
     // Walks the nodes directly, so the other list is only read. The count is taken first so
-    // that adding a list to itself ends.
-    other->mImpl->visit(other->mImpl->count, [this](void* data) { return Add(data); });
-    return true;
+    // that adding a list to itself ends. An item that cannot be added fails the call.
+    bool all = true;
+    other->mImpl->visit(other->mImpl->count, [&](void* data) { return all = Add(data); });
+    return all;
 }
 
 bool List::Insert(void* data, int i)
@@ -262,7 +264,7 @@ bool List::Insert(void* data, int i)
     if (i >= mImpl->count) return Add(data);
     ListNode* at = mImpl->nodeForMove(i);
     ListNode* node = new (std::nothrow) ListNode{at->prev, at, data};
-    if (!node) return false;
+    if (Error::ReportIf(!node, kTag, Error::LM_ERR_PLATFORM, __LINE__)) return false;
     if (at->prev)
         at->prev->next = node;
     else
@@ -364,7 +366,7 @@ long List::BeginTraversal()
     int slot = 0;
     while (mImpl->traversals[slot]) ++slot; // a free slot exists while fewer than 10 are open
     ListCell* cell = new (std::nothrow) ListCell{mImpl->head, 0};
-    if (!cell) return -1;
+    if (Error::ReportIf(!cell, kTag, Error::LM_ERR_PLATFORM, __LINE__)) return -1;
     mImpl->traversals[slot] = cell;
     ++mImpl->openTraversals;
     mImpl->remember(0, mImpl->head);

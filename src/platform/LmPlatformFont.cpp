@@ -1,5 +1,6 @@
 #include "platform/LmPlatformFont.h"
 
+#include "foundation/Error.h"
 #include "platform/LmAlphaCanvas.h"
 
 #include <ft2build.h>
@@ -75,7 +76,10 @@ std::shared_ptr<LmPlatformFont> LmPlatformFont::MakeFromData(const unsigned char
     if (!data || size == 0 || index < 0 || index > 0xFFFF || size > (size_t)0x7FFFFFFF) return nullptr;
 
     std::shared_ptr<LmPlatformFont> font(new (std::nothrow) LmPlatformFont());
-    if (!font) return nullptr;
+    if (!font) {
+        Error::SetError(Error::LM_ERR_PLATFORM);
+        return nullptr;
+    }
     font->mOwner = std::move(owner);
     if (FT_Init_FreeType(&font->mLibrary) != 0) {
         font->mLibrary = nullptr;

@@ -47,24 +47,19 @@ const char* forLog(const LmString* s) { return LmLog::ConvertLog(s); }
 
 using Locked = std::lock_guard<std::recursive_mutex>;
 
-// A shared object, or null when memory runs out.
-template <class T, class... Args>
-std::shared_ptr<T> makeShared(Args&&... args)
+// Memory ran out (or a library threw) inside a call: code 1 and the call's failure value.
+bool outOfMemory(int site)
 {
-    try {
-        return std::make_shared<T>(std::forward<Args>(args)...);
-    } catch (const std::bad_alloc&) {
-        return nullptr;
-    }
+    Error::Report(kTag, Error::LM_ERR_PLATFORM, site);
+    return false;
 }
 
 // Reads a whole font file into memory, so that the file changing afterwards cannot reach
-// the fonts built over it. The record is made whatever happens (null only when even that
-// fails), so that a path that failed once is not tried again.
+// the fonts built over it. A file that cannot be opened still gets a record, so that a path
+// that failed once is not tried again; null when memory runs out (tried again next time).
 std::shared_ptr<LmFontData> readFontFile(const char* path)
 {
-    std::shared_ptr<LmFontData> record = makeShared<LmFontData>();
-    if (!record) return nullptr;
+    std::shared_ptr<LmFontData> record = std::make_shared<LmFontData>();
     int fd = open(path, O_RDONLY | O_CLOEXEC);
     if (fd < 0) {
         LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "Failed to open %s as a font", path);
@@ -79,6 +74,10 @@ std::shared_ptr<LmFontData> readFontFile(const char* path)
     // Font data sizes are 32-bit; a larger (or empty) file cannot hold a usable font.
     uint32_t size = (st.st_size > 0 && (uint64_t)st.st_size <= UINT32_MAX) ? (uint32_t)st.st_size : 0;
     char* buffer = size ? new (std::nothrow) char[size] : nullptr;
+    if (size && !buffer) {
+        close(fd);
+        return nullptr;
+    }
     uint32_t got = 0;
     while (buffer && got < size) {
         ssize_t n = read(fd, buffer + got, size - got);
@@ -155,7 +154,7 @@ FontManager::~FontManager()
 }
 
 bool FontManager::IsExisting(const char* name, int index)
-{
+try {
     if (NoImpl(__LINE__)) return false;
     Locked lock(impl->mutex);
     if (!name || !*name) {
@@ -163,44 +162,33 @@ bool FontManager::IsExisting(const char* name, int index)
         return false;
     }
     return impl->fontMap.count(LmFontManagerImpl::FontKey(name, index)) != 0;
+} catch (...) {
+    return outOfMemory(__LINE__);
 }
 
 bool FontManager::AddMinikinFont(const char* name, char* data, unsigned size, int index, bool checkExisting)
-{
-    if (NoImpl(__LINE__)) {
-        delete[] data;
-        return false;
-    }
+try {
+    // The caller's buffer is this call's from here on, whatever happens.
+    std::unique_ptr<char[]> handed(data);
+    if (NoImpl(__LINE__)) return false;
     Locked lock(impl->mutex);
     if (!name || !*name) {
         LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "AddMinikinFont() - path is NULL");
-        delete[] data;
         return false;
     }
-    if (checkExisting && IsExisting(name, index)) {
-        delete[] data;
-        return true;
-    }
+    if (checkExisting && IsExisting(name, index)) return true;
 
-    // The bytes, shared with the font: a file's record from the map, or the caller's buffer,
-    // which this call now owns.
+    // The bytes, shared with the font: the caller's buffer or a file's record from the map.
     std::shared_ptr<LmFontData> bytes;
-    if (data) {
-        bytes = makeShared<LmFontData>(data, size);
-        if (!bytes) {
-            delete[] data;
-            Error::Report(kTag, Error::LM_ERR_PLATFORM, __LINE__);
-            return false;
-        }
+    if (handed) {
+        bytes = std::make_shared<LmFontData>(handed.get(), size);
+        handed.release();
     } else {
         std::string pathKey = LmFontManagerImpl::PathKey(name);
         auto found = impl->fontDataMap.find(pathKey);
         if (found == impl->fontDataMap.end()) {
             bytes = readFontFile(name);
-            if (!bytes) {
-                Error::Report(kTag, Error::LM_ERR_PLATFORM, __LINE__);
-                return false;
-            }
+            if (!bytes) return outOfMemory(__LINE__);
             impl->fontDataMap[pathKey] = bytes;
             double fileMB = bytes->size / 1024000.0;
             impl->totalBufferMB += fileMB;
@@ -225,21 +213,23 @@ bool FontManager::AddMinikinFont(const char* name, char* data, unsigned size, in
     // An existing font under the key wins; the new one, and with it a handed buffer, goes.
     impl->fontMap.emplace(LmFontManagerImpl::FontKey(name, index), font);
     return true;
+} catch (...) {
+    return outOfMemory(__LINE__);
 }
 
 bool FontManager::AddMinikinFont(LmString* name, char* data, unsigned size, int index, bool checkExisting)
-{
-    if (!name) return AddMinikinFont((const char*)nullptr, data, size, index, checkExisting);
+try {
+    std::unique_ptr<char[]> handed(data);
+    if (!name) return AddMinikinFont((const char*)nullptr, handed.release(), size, index, checkExisting);
     std::string utf8;
-    if (!toUtf8(name, utf8)) {
-        delete[] data;
-        return false;
-    }
-    return AddMinikinFont(utf8.c_str(), data, size, index, checkExisting);
+    if (!toUtf8(name, utf8)) return false;
+    return AddMinikinFont(utf8.c_str(), handed.release(), size, index, checkExisting);
+} catch (...) {
+    return outOfMemory(__LINE__);
 }
 
 bool FontManager::GetMinikinFont(std::shared_ptr<LmPlatformFont>& out, LmString* name, int index)
-{
+try {
     if (NoImpl(__LINE__)) return false;
     Locked lock(impl->mutex);
     std::string utf8;
@@ -248,6 +238,8 @@ bool FontManager::GetMinikinFont(std::shared_ptr<LmPlatformFont>& out, LmString*
     if (found == impl->fontMap.end()) return false;
     out = found->second;
     return true;
+} catch (...) {
+    return outOfMemory(__LINE__);
 }
 
 bool FontManager::BuildMinikinFamily(LmFontFamily* family)
@@ -274,8 +266,10 @@ bool FontManager::LoadMinikinFontFamily(unsigned localeListId)
     for (int i = 0; i < count; ++i) {
         LmFontFamily* family = static_cast<LmFontFamily*>(families->Get(i));
         if (family && !family->loaded && family->localeListId == localeListId) {
+            Error::SetError(Error::LM_ERR_NONE);
             family->loaded = BuildMinikinFamily(family);
-            return true;
+            // Memory running out fails the call; the family is tried again next time.
+            return family->loaded || Error::GetError() != Error::LM_ERR_PLATFORM;
         }
     }
     return false;
@@ -311,7 +305,7 @@ List* FontManager::GetSystemFontFamilies()
 bool FontManager::GetMinikinFontFamilies(LmString* familyName,
                                          std::vector<std::shared_ptr<LmPlatformFamily>>& families,
                                          LmString* userFont, int& weight)
-{
+try {
     if (NoImpl(__LINE__)) return false;
     Locked lock(impl->mutex);
     bool verbose = LmLog::IsAllLogEnable();
@@ -365,6 +359,8 @@ bool FontManager::GetMinikinFontFamilies(LmString* familyName,
     if (verbose && familyCount > 0)
         LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "GetMinikinFontFamilies <<< GetMinikinFontFamilies");
     return true;
+} catch (...) {
+    return outOfMemory(__LINE__);
 }
 
 void FontManager::ClearFontMaps()

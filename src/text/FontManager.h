@@ -38,7 +38,8 @@ public:
 
     // Registers every font of the family; 0 at the first failure, for null or an empty family.
     bool BuildMinikinFamily(LmFontFamily* family);
-    // Builds the first unloaded system family with this locale list id; 0 when none is left.
+    // Builds the first unloaded system family with this locale list id; 0 when none is left,
+    // or with code 1 when memory ran out building it.
     bool LoadMinikinFontFamily(unsigned localeListId);
     // Takes the list (of LmFontFamily*) with its families the first time only; later lists
     // stay the caller's.

@@ -62,6 +62,7 @@ LmGlyph* newLineGlyph(const LmLayout& layout)
     const uint64_t bytes = LmBitmap::byteSize(glyph->width, glyph->height, 1);
     glyph->pixels = bytes ? new (std::nothrow) unsigned char[bytes] : nullptr;
     if (!glyph->pixels) {
+        if (bytes) Error::SetError(Error::LM_ERR_PLATFORM); // out of memory: the render fails
         glyph->width = 0;
         glyph->height = 0;
     }
