@@ -26,6 +26,6 @@ for target in FontBytes EffectRecords TextLines Scene; do
         extra=(-max_len=1000000)
     fi
     echo "== $target: ${seconds}s =="
-    "$dir/fuzz_$target" "$work" -max_total_time="$seconds" -rss_limit_mb=2048 -timeout=30 \
+    "$dir/tests/fuzz/fuzz_$target" "$work" -max_total_time="$seconds" -rss_limit_mb=2048 -timeout=30 \
         -artifact_prefix="$dir/crashes/$target/" -print_final_stats=1 "${extra[@]}" 2>&1 | tail -n 12
 done

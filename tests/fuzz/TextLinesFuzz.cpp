@@ -22,9 +22,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     lines.Construct();
     int count = in.take<uint8_t>() % 4;
     for (int i = 0; i < count; ++i) {
-        int x = in.take<int32_t>(), baseline = in.take<int32_t>();
-        int start = in.take<int16_t>(), end = in.take<int16_t>(), direction = in.take<int8_t>();
-        lines.Add(LmTest::newLine(x, baseline, start, end, direction));
+        // Every field as the caller gives it, the box included.
+        auto* line = new LineInfo();
+        line->x = in.take<int32_t>();
+        line->baseline = in.take<int32_t>();
+        line->start = in.take<int16_t>();
+        line->end = in.take<int16_t>();
+        line->direction = in.take<int8_t>();
+        line->bounds = LmRect(in.take<int32_t>(), in.take<int32_t>(), in.take<int32_t>(), in.take<int32_t>());
+        lines.Add(line);
     }
     size_t left = 0;
     const uint8_t* rest = in.rest(&left);
