@@ -36,16 +36,19 @@ int toFixed26_6(long long pixels)
     return (int)v;
 }
 
+// A glyph and its pixels, which it does not own itself.
+void deleteGlyph(LmGlyph* glyph)
+{
+    if (!glyph) return;
+    delete[] glyph->pixels;
+    delete glyph;
+}
+
 void deleteGlyphs(List* list)
 {
     if (!list) return;
     const int n = list->GetCount();
-    for (int i = 0; i < n; i++) {
-        LmGlyph* glyph = static_cast<LmGlyph*>(list->Get(i));
-        if (!glyph) continue;
-        delete[] glyph->pixels;
-        delete glyph;
-    }
+    for (int i = 0; i < n; i++) deleteGlyph(static_cast<LmGlyph*>(list->Get(i)));
     list->RemoveAll();
 }
 
@@ -181,18 +184,17 @@ void LmFontDrawing::DrawTextEffect(LmTextObject* textObject, LmBitmap* dst)
     std::shared_ptr<LmTypeface> typeface =
         LmTypeface::createFromFamilies(std::move(families), weight, textObject->isItalicTextStyle());
 
-    char16_t* utf16 = text->GetUTF16();
+    std::unique_ptr<char16_t[]> utf16(text->GetUTF16());
     const int textLength = text->GetUTF16Size();
     const int count = lines->GetCount();
     for (int i = 0; i < count; i++) {
         LineInfo* line = static_cast<LineInfo*>(lines->Get(i));
-        if (line) DrawLine(line, utf16, textLength, paint, typeface.get(), effect);
+        if (line) DrawLine(line, utf16.get(), textLength, paint, typeface.get(), effect);
     }
 
     typeface.reset();
     effect->doEffectPostProcessing();
     effect->compositeLayers(dst);
-    delete[] utf16;
 }
 
 void LmFontDrawing::DrawLine(LineInfo* line, const char16_t* utf16, int textLength, LmPaint& paint,
@@ -217,13 +219,14 @@ void LmFontDrawing::DrawLine(LineInfo* line, const char16_t* utf16, int textLeng
                                          (size_t)contextStart, (size_t)contextCount);
     }
 
-    LmGlyph* glyph = newLineGlyph(layout);
+    // Owned here until the glyph list takes it: memory may run out on the way.
+    std::unique_ptr<LmGlyph, void (*)(LmGlyph*)> glyph(newLineGlyph(layout), deleteGlyph);
     LmAlphaCanvas canvas(glyph->pixels, glyph->width, glyph->height);
     canvas.clear();
     LmGlyphBox bounds = layout.getBounds();
     DrawTextFunctor functor(layout, &canvas, paint, &bounds);
     LmLayoutUtils::forFontRun(layout, &paint, functor);
-    glyphList->Add(glyph);
+    if (glyphList->Add(glyph.get())) glyph.release();
 
     _DoRender(leftOffset, toFixed26_6((long long)line->x + leftOffset),
               toFixed26_6((long long)line->baseline + topOffset), glyphList, effect, line->direction);
