@@ -92,6 +92,7 @@
 #include "jni/LmErrorBridge.h"
 #include "jni/LmFontManagerBridge.h"
 #include "jni/LmJni.h"
+#include "jni/LmJniGuard.h"
 #include "jni/LmJniLoad.h"
 #include "jni/LmJniLocalFrame.h"
 #include "jni/LmJniString.h"

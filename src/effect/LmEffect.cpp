@@ -14,12 +14,14 @@
 #include "effect/LmRadialGradientProperty.h"
 #include "effect/LmStrokeProperty.h"
 #include "effect/LmTextProperty.h"
+#include "foundation/Error.h"
 #include "foundation/LmConvert.h"
 #include "foundation/LmLog.h"
 #include "raster/LmBitmap.h"
 #include "raster/LmBlender.h"
 
 #include <algorithm>
+#include <memory>
 #include <cstdint>
 #include <vector>
 
@@ -28,6 +30,14 @@ namespace LmFontEffect {
 namespace {
 
 const char* const kTag = "LmEffect";
+
+// Memory ran out (or a library threw) while adding a layer: code 1, no layer.
+int outOfMemory(int site)
+{
+    Error::Report(kTag, Error::LM_ERR_PLATFORM, site);
+    return -1;
+}
+
 
 void debug(const char* format, const void* self)
 {
@@ -128,16 +138,20 @@ LmECore* LmEffect::getEffect(int kind)
 }
 
 int LmEffect::addEffect(int id, int kind, LmProperty* p)
-{
+try {
     if (LmECore* existing = getEffect(kind)) {
         existing->setProperty(p);
+        if (p && !existing->getProperty()) return outOfMemory(__LINE__);
         return existing->getId();
     }
-    LmECore* layer = createEffect(id, kind);
+    std::unique_ptr<LmECore> layer(createEffect(id, kind));
     if (!layer) return -1;
     layer->setProperty(p);
-    layers.push_back(layer);
-    return layer->getId();
+    if (p && !layer->getProperty()) return outOfMemory(__LINE__);
+    layers.push_back(layer.get());
+    return layer.release()->getId();
+} catch (...) {
+    return outOfMemory(__LINE__);
 }
 
 int LmEffect::addEffect(int kind, LmProperty* p) { return addEffect(-1, kind, p); }
@@ -154,31 +168,37 @@ namespace {
 // The shared clamping of the shadow, glow and gradient add operations, per record type.
 template <class Record>
 int addShadow(LmEffect& stack, int kind, float angle, float distance, float size, unsigned colour, float opacity)
-{
+try {
     float o = clampOpacity(opacity);
     Record record(reduceDegrees(angle, 360), sizeLike(distance), sizeLike(size), premultiplied(colour, alphaByte(o)), o);
     return stack.addEffect(-1, kind, &record);
+} catch (...) {
+    return outOfMemory(__LINE__);
 }
 
 template <class Record>
 int addGlow(LmEffect& stack, int kind, float size, unsigned colour, float opacity, int stopCount, LmGradient* stops)
-{
+try {
     float o = clampOpacity(opacity);
     std::vector<LmGradient> ramp = clampStops(stopCount, stops, o);
     Record record(sizeLike(size), alphaReplaced(colour, alphaByte(o)), o, (int)ramp.size(),
                   ramp.empty() ? nullptr : ramp.data());
     return stack.addEffect(-1, kind, &record);
+} catch (...) {
+    return outOfMemory(__LINE__);
 }
 
 template <class Record>
 int addGradient(LmEffect& stack, int kind, float angle, float scale, float opacity, int stopCount, LmGradient* stops)
-{
+try {
     float o = clampOpacity(opacity);
     std::vector<LmGradient> ramp = clampStops(stopCount, stops, o);
     scale = std::min(scale, 2.0f);
     Record record(reduceDegrees(angle, 360), scale > 0.0f ? scale : 0.0f, o, (int)ramp.size(),
                   ramp.empty() ? nullptr : ramp.data());
     return stack.addEffect(-1, kind, &record);
+} catch (...) {
+    return outOfMemory(__LINE__);
 }
 
 } // namespace

@@ -20,24 +20,12 @@ struct ListNode {
     void* data;
 };
 
-// What a traversal handle points to: the node the traversal stands on, or null.
+// What a traversal handle points to: the node the traversal stands on, or null, and that
+// node's index, kept up to date by every edit so the remembered position can follow it.
 struct ListCell {
     ListNode* node;
+    int32_t index;
 };
-
-// Visits the first n items of source through a traversal, or by position when no
-// traversal is free, until visit returns false.
-template <class Visit>
-void visitItems(List* source, int n, Visit visit)
-{
-    long h = source->BeginTraversal();
-    for (int k = 0; k < n; ++k) {
-        void* data = (h == -1) ? source->Get(k) : source->GetData(h);
-        if (!visit(data)) break;
-        if (h != -1) source->NextData(h);
-    }
-    source->EndTraversal(h);
-}
 
 } // namespace
 
@@ -58,28 +46,26 @@ struct ListImpl {
 
     void forget() { remember(kNoIndex, nullptr); }
 
-    ListNode* walkFromHead(int i)
+    ListNode* walkFromHead(int i) const
     {
         ListNode* n = head;
         for (int k = 0; k < i && n; ++k) n = n->next;
         return n;
     }
 
-    // Several traversals share the one remembered position, so its index can drift from
-    // its node; a walk that runs off the list falls back to counting from the head.
-    ListNode* walkFrom(ListNode* from, int steps, bool forward, int i)
+    static ListNode* walkFrom(ListNode* from, int steps, bool forward)
     {
         ListNode* n = from;
         for (int k = 0; k < steps && n; ++k) n = forward ? n->next : n->prev;
-        return n ? n : walkFromHead(i);
+        return n;
     }
 
-    // The look-up of Get: leaves the remembered position alone.
-    ListNode* nodeForGet(int i)
+    // The look-up of Get: reads only, so lists shared between threads may be read at once.
+    ListNode* nodeForGet(int i) const
     {
         if (!cachedNode) return walkFromHead(i);
-        if (cachedIndex >= i) return walkFrom(cachedNode, cachedIndex - i, false, i);
-        return walkFrom(cachedNode, i - cachedIndex, true, i);
+        if (cachedIndex >= i) return walkFrom(cachedNode, cachedIndex - i, false);
+        return walkFrom(cachedNode, i - cachedIndex, true);
     }
 
     // The look-up of Move, Insert and Remove: the remembered position follows, if there is one.
@@ -88,17 +74,17 @@ struct ListImpl {
         if (!cachedNode) return walkFromHead(i);
         ListNode* n;
         if (cachedIndex <= i)
-            n = walkFrom(cachedNode, i - cachedIndex, true, i);
+            n = walkFrom(cachedNode, i - cachedIndex, true);
         else if (i <= cachedIndex / 2)
             n = walkFromHead(i);
         else
-            n = walkFrom(cachedNode, cachedIndex - i, false, i);
+            n = walkFrom(cachedNode, cachedIndex - i, false);
         remember(i, n);
         return n;
     }
 
     // Searches from the remembered position to the end, then from the head up to it.
-    ListNode* search(void* data, int* index)
+    ListNode* search(void* data, int* index) const
     {
         ListNode* start = cachedNode ? cachedNode : head;
         int k = cachedNode ? cachedIndex : 0;
@@ -117,6 +103,15 @@ struct ListImpl {
             }
         }
         return nullptr;
+    }
+
+    // Visits the first n items until visit returns false.
+    template <class Visit>
+    void visit(int n, Visit fn) const
+    {
+        ListNode* node = head;
+        for (int k = 0; k < n && node; ++k, node = node->next)
+            if (!fn(node->data)) break;
     }
 
     int slotOf(long h) const
@@ -145,14 +140,23 @@ struct ListImpl {
         ++count;
     }
 
-    void unlinkAndFree(ListNode* node, int index)
+    // Every traversal at or after index i shifts by delta; those on a removed node step
+    // onto its successor, which takes over the index.
+    void shiftTraversals(int32_t i, int32_t delta, const ListNode* removed)
     {
         for (int k = 0; k < kMaxTraversals; ++k) {
-            if (traversals[k] && traversals[k]->node == node) {
-                traversals[k]->node = node->next;
-                break;
-            }
+            ListCell* cell = traversals[k];
+            if (!cell || !cell->node) continue;
+            if (removed && cell->node == removed)
+                cell->node = removed->next;
+            else if (cell->index >= i + (removed ? 1 : 0))
+                cell->index += delta;
         }
+    }
+
+    void unlinkAndFree(ListNode* node, int index)
+    {
+        shiftTraversals(index, -1, node);
         ListNode* prev = node->prev;
         ListNode* next = node->next;
         if (prev)
@@ -206,6 +210,7 @@ bool List::Construct()
     if (!impl || !slots) {
         delete impl;
         delete[] slots;
+        Error::Report(kTag, Error::LM_ERR_PLATFORM, __LINE__);
         return false;
     }
     impl->traversals = slots;
@@ -234,7 +239,7 @@ bool List::Add(void* data)
 {
     if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
     ListNode* node = new (std::nothrow) ListNode{nullptr, nullptr, data};
-    if (!node) return false;
+    if (Error::ReportIf(!node, kTag, Error::LM_ERR_PLATFORM, __LINE__)) return false;
     mImpl->append(node);
     return true;
 }
@@ -244,10 +249,11 @@ bool List::Add(const List* other)
     if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
     if (Error::ReportIf(!other, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     if (!other->mImpl || other->mImpl->count == 0) return true;
-    // Traversing changes only the other list's bookkeeping, never its items. The count is
-    // taken first so that adding a list to itself ends.
-    visitItems(const_cast<List*>(other), other->mImpl->count, [this](void* data) { return Add(data); });
-    return true;
+    // Walks the nodes directly, so the other list is only read. The count is taken first so
+    // that adding a list to itself ends. An item that cannot be added fails the call.
+    bool all = true;
+    other->mImpl->visit(other->mImpl->count, [&](void* data) { return all = Add(data); });
+    return all;
 }
 
 bool List::Insert(void* data, int i)
@@ -258,13 +264,14 @@ bool List::Insert(void* data, int i)
     if (i >= mImpl->count) return Add(data);
     ListNode* at = mImpl->nodeForMove(i);
     ListNode* node = new (std::nothrow) ListNode{at->prev, at, data};
-    if (!node) return false;
+    if (Error::ReportIf(!node, kTag, Error::LM_ERR_PLATFORM, __LINE__)) return false;
     if (at->prev)
         at->prev->next = node;
     else
         mImpl->head = node;
     at->prev = node;
     if (mImpl->cachedIndex >= i) ++mImpl->cachedIndex;
+    mImpl->shiftTraversals(i, 1, nullptr);
     ++mImpl->count;
     return true;
 }
@@ -348,7 +355,7 @@ bool List::IsContained(const List* other) const
     if (Error::ReportIf(!other, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     if (!other->mImpl || other->mImpl->count == 0) return true;
     bool all = true;
-    visitItems(const_cast<List*>(other), other->mImpl->count, [&](void* data) { return all = IsContained(data); });
+    other->mImpl->visit(other->mImpl->count, [&](void* data) { return all = IsContained(data); });
     return all;
 }
 
@@ -358,8 +365,8 @@ long List::BeginTraversal()
     if (Error::ReportIf(mImpl->openTraversals >= kMaxTraversals, kTag, Error::LM_ERR_TOO_MANY_TRAVERSALS, __LINE__)) return -1;
     int slot = 0;
     while (mImpl->traversals[slot]) ++slot; // a free slot exists while fewer than 10 are open
-    ListCell* cell = new (std::nothrow) ListCell{mImpl->head};
-    if (!cell) return -1;
+    ListCell* cell = new (std::nothrow) ListCell{mImpl->head, 0};
+    if (Error::ReportIf(!cell, kTag, Error::LM_ERR_PLATFORM, __LINE__)) return -1;
     mImpl->traversals[slot] = cell;
     ++mImpl->openTraversals;
     mImpl->remember(0, mImpl->head);
@@ -386,11 +393,15 @@ bool step(ListImpl* impl, long h, bool forward)
     if (!cell->node) {
         // Past either end: back to the head, whichever the direction.
         cell->node = impl->head;
+        cell->index = 0;
         Error::Report(kTag, Error::LM_ERR_UNKNOWN_HANDLE, __LINE__);
         return false;
     }
     cell->node = forward ? cell->node->next : cell->node->prev;
-    if (impl->cachedNode) impl->remember(impl->cachedIndex + (forward ? 1 : -1), cell->node);
+    cell->index += forward ? 1 : -1;
+    // The remembered position follows this traversal, at its own index: another traversal
+    // may have moved the remembered one elsewhere.
+    if (impl->cachedNode) impl->remember(cell->index, cell->node);
     return true;
 }
 
@@ -402,7 +413,8 @@ bool jump(ListImpl* impl, long* h, bool last)
     ListCell* cell = cellFor(impl, *h);
     if (!cell) return false;
     cell->node = last ? impl->tail : impl->head;
-    impl->remember(last ? impl->count - 1 : 0, cell->node);
+    cell->index = last ? impl->count - 1 : 0;
+    impl->remember(cell->index, cell->node);
     return true;
 }
 
@@ -426,6 +438,7 @@ bool List::Move(long* h, int i)
     ListCell* cell = cellFor(mImpl, *h);
     if (!cell) return false;
     cell->node = mImpl->nodeForMove(i);
+    cell->index = i;
     return true;
 }
 

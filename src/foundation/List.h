@@ -8,7 +8,9 @@ struct ListImpl;
 // Doubly linked list of untyped pointers; it never owns what they point to. Two-phase:
 // a trivial constructor, then one Construct. Up to 10 traversals may be open at once; a
 // traversal handle is a long, -1 on failure. A remembered position (index, node) makes
-// neighbouring positional look-ups cheap. Failures return false / -1 / null and set the
+// neighbouring positional look-ups cheap. Removing a node moves every traversal standing
+// on it to the next node. Const calls only read, so threads may read one list at once
+// while nobody edits or traverses it. Failures return false / -1 / null and set the
 // thread's error code (2 too many traversals, 3 index out of range, 4 already
 // constructed, 7 invalid argument, 8 not constructed, 9 traversal past the end or
 // unknown handle).

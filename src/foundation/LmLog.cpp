@@ -28,7 +28,8 @@ int priorityOf(unsigned level)
     return (level >= 1 && level <= 8) ? kLevelPriority[level - 1] : 4;
 }
 
-char gConvertBuffer[512];
+// Per thread, so that threads logging at once each keep their own text.
+thread_local char gConvertBuffer[512];
 
 #ifndef __ANDROID__
 LmLog::Sink gSink = nullptr;

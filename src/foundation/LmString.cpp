@@ -23,14 +23,23 @@ const size_t kMaxChars = 0x40000000u;
 
 size_t lengthOf(const wchar_t* s) { return s ? wcslen(s) : 0; }
 
+// Whether the last allocChars of this thread failed for want of memory.
+thread_local bool tRanOut = false;
+
 // n + 1 characters, all terminators.
 wchar_t* allocChars(size_t n)
 {
+    tRanOut = false;
     if (n >= kMaxChars) return nullptr;
     wchar_t* p = new (std::nothrow) wchar_t[n + 1];
+    tRanOut = !p;
     if (p) wmemset(p, 0, n + 1);
     return p;
 }
+
+// The code for a buffer that could not be made: memory ran out (1) or the size is past the
+// cap (7).
+unsigned long allocFailure() { return tRanOut ? Error::LM_ERR_PLATFORM : Error::LM_ERR_INVALID_ARGUMENT; }
 
 // The first n characters of s (fewer when s ends earlier; the rest stays terminators).
 wchar_t* copyChars(const wchar_t* s, size_t n)
@@ -64,6 +73,7 @@ size_t decodeUtf8(const char* text, size_t bytes, wchar_t* out)
 wchar_t* convertUtf8(const char* s)
 {
     size_t bytes = strlen(s);
+    tRanOut = false;
     if (bytes > (size_t)INT32_MAX) return nullptr;
     size_t n = decodeUtf8(s, bytes, nullptr);
     wchar_t* p = allocChars(n);
@@ -197,7 +207,7 @@ bool LmString::Construct(const wchar_t* s)
     if (Error::ReportIf(mImpl, kTag, Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__)) return false;
     if (Error::ReportIf(!s, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     wchar_t* p = copyChars(s, wcslen(s));
-    if (Error::ReportIf(!p, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(!p, kTag, allocFailure(), __LINE__)) return false;
     return Adopt(p);
 }
 
@@ -206,7 +216,7 @@ bool LmString::Construct(const char* s)
     if (Error::ReportIf(mImpl, kTag, Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__)) return false;
     if (Error::ReportIf(!s, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     wchar_t* p = convertUtf8(s);
-    if (Error::ReportIf(!p, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(!p, kTag, allocFailure(), __LINE__)) return false;
     return Adopt(p);
 }
 
@@ -223,7 +233,7 @@ bool LmString::Construct(const wchar_t* s, int n)
     if (Error::ReportIf(mImpl, kTag, Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__)) return false;
     if (Error::ReportIf(!s || n < 0, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     wchar_t* p = copyChars(s, (size_t)n);
-    if (Error::ReportIf(!p, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(!p, kTag, allocFailure(), __LINE__)) return false;
     return Adopt(p);
 }
 
@@ -239,9 +249,8 @@ bool LmString::Set(const wchar_t* s)
     if (!s) return Adopt(nullptr);
     // Copy before freeing: s may be this string's own buffer.
     wchar_t* p = copyChars(s, wcslen(s));
-    Adopt(p);
-    if (Error::ReportIf(!p, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
-    return true;
+    if (Error::ReportIf(!p, kTag, allocFailure(), __LINE__)) return false;
+    return Adopt(p);
 }
 
 bool LmString::Set(const char* s)
@@ -249,9 +258,8 @@ bool LmString::Set(const char* s)
     if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return false;
     if (!s) return Adopt(nullptr);
     wchar_t* p = convertUtf8(s);
-    Adopt(p);
-    if (Error::ReportIf(!p, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
-    return true;
+    if (Error::ReportIf(!p, kTag, allocFailure(), __LINE__)) return false;
+    return Adopt(p);
 }
 
 bool LmString::Clear()
@@ -284,7 +292,7 @@ bool LmString::Append(const wchar_t* s)
     size_t len = lengthOf(old);
     size_t add = wcslen(s);
     wchar_t* p = allocChars(len + add);
-    if (Error::ReportIf(!p, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(!p, kTag, allocFailure(), __LINE__)) return false;
     if (old) wmemcpy(p, old, len);
     wmemcpy(p + len, s, add);
     return Adopt(p);
@@ -310,7 +318,7 @@ bool LmString::Insert(const wchar_t* s, int i)
     // Deliberately stricter than Append, which accepts an empty string.
     if (Error::ReportIf(add == 0, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
     wchar_t* p = allocChars(len + add);
-    if (Error::ReportIf(!p, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(!p, kTag, allocFailure(), __LINE__)) return false;
     if (old) {
         wmemcpy(p, old, (size_t)i);
         wmemcpy(p + i + add, old + i, len - (size_t)i);
@@ -350,7 +358,7 @@ bool LmString::SetSubstring(const LmString* src, int from, int to)
     // length; characters past its end read as terminators instead of foreign memory.
     size_t srcLen = wcslen(s);
     wchar_t* p = allocChars((size_t)count);
-    if (Error::ReportIf(!p, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return false;
+    if (Error::ReportIf(!p, kTag, allocFailure(), __LINE__)) return false;
     if ((size_t)from < srcLen) wmemcpy(p, s + from, std::min<size_t>((size_t)count, srcLen - from));
     return Adopt(p);
 }
@@ -466,7 +474,7 @@ char16_t* LmString::GetUTF16() const
     if (Error::ReportIf(!mImpl, kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__)) return nullptr;
     int size = GetUTF16Size();
     char16_t* dst = new (std::nothrow) char16_t[size];
-    if (Error::ReportIf(!dst, kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__)) return nullptr;
+    if (Error::ReportIf(!dst, kTag, Error::LM_ERR_PLATFORM, __LINE__)) return nullptr;
     LmStringImpl::UTF32To16(dst, mImpl->mBuffer, size);
     return dst;
 }

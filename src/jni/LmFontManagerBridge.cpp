@@ -5,6 +5,7 @@
 #include "foundation/LmLog.h"
 #include "foundation/LmString.h"
 #include "jni/LmJni.h"
+#include "jni/LmJniGuard.h"
 #include "jni/LmJniLocalFrame.h"
 #include "jni/LmJniString.h"
 #include "platform/LmLocaleListRegistry.h"
@@ -190,9 +191,9 @@ jboolean LmFontManager_SetFontConfig(JNIEnv* env, jclass, jobject fontConfig)
 
 const JNINativeMethod kMethods[] = {
     {const_cast<char*>("LmFontManager_InsertFontData"), const_cast<char*>("(Ljava/lang/String;[B)Z"),
-     reinterpret_cast<void*>(LmFontManager_InsertFontData)},
+     reinterpret_cast<void*>(LmJniGuard<&LmFontManager_InsertFontData>::Call)},
     {const_cast<char*>("LmFontManager_SetFontConfig"), const_cast<char*>("(Landroid/text/FontConfig;)Z"),
-     reinterpret_cast<void*>(LmFontManager_SetFontConfig)},
+     reinterpret_cast<void*>(LmJniGuard<&LmFontManager_SetFontConfig>::Call)},
 };
 
 } // namespace

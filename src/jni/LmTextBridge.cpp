@@ -9,6 +9,7 @@
 #include "foundation/LmString.h"
 #include "jni/LmAssetReader.h"
 #include "jni/LmJni.h"
+#include "jni/LmJniGuard.h"
 #include "jni/LmJniLocalFrame.h"
 #include "jni/LmJniString.h"
 #include "platform/LmLocaleListRegistry.h"
@@ -482,7 +483,9 @@ jboolean LmText_SetLayout(JNIEnv* env, jobject thiz, jobject layout)
     List lines;
     lines.Construct();
     PlaceLines(env, layout, m, *view, lines);
-    object->SetLineInfo(&lines);
+    if (!object->SetLineInfo(&lines)) {
+        for (int i = 0; i < lines.GetCount(); ++i) delete static_cast<LineInfo*>(lines.Get(i));
+    }
     lines.RemoveAll();
     return JNI_TRUE;
 }
@@ -532,7 +535,7 @@ jboolean LmText_SetFontFamilyName(JNIEnv* env, jobject thiz, jstring jname)
 }
 
 #define LM_NATIVE(name, signature) \
-    { const_cast<char*>(#name), const_cast<char*>(signature), reinterpret_cast<void*>(name) }
+    { const_cast<char*>(#name), const_cast<char*>(signature), reinterpret_cast<void*>(LmJniGuard<&name>::Call) }
 
 const JNINativeMethod kMethods[] = {
     LM_NATIVE(LmText_finalize, "()V"),
@@ -552,13 +555,13 @@ const JNINativeMethod kMethods[] = {
     LM_NATIVE(LmText_SetView, "(Landroid/widget/TextView;)Z"),
     LM_NATIVE(LmText_GetDrawingBitmapSize, "()[I"),
     {const_cast<char*>("LmText_GetEffectLeftOffset"), const_cast<char*>("()I"),
-     reinterpret_cast<void*>(EffectOffset<&LmEffect::getLeftOffset>)},
+     reinterpret_cast<void*>(LmJniGuard<&EffectOffset<&LmEffect::getLeftOffset>>::Call)},
     {const_cast<char*>("LmText_GetEffectTopOffset"), const_cast<char*>("()I"),
-     reinterpret_cast<void*>(EffectOffset<&LmEffect::getTopOffset>)},
+     reinterpret_cast<void*>(LmJniGuard<&EffectOffset<&LmEffect::getTopOffset>>::Call)},
     {const_cast<char*>("LmText_GetEffectRightOffset"), const_cast<char*>("()I"),
-     reinterpret_cast<void*>(EffectOffset<&LmEffect::getRightOffset>)},
+     reinterpret_cast<void*>(LmJniGuard<&EffectOffset<&LmEffect::getRightOffset>>::Call)},
     {const_cast<char*>("LmText_GetEffectBottomOffset"), const_cast<char*>("()I"),
-     reinterpret_cast<void*>(EffectOffset<&LmEffect::getBottomOffset>)},
+     reinterpret_cast<void*>(LmJniGuard<&EffectOffset<&LmEffect::getBottomOffset>>::Call)},
     LM_NATIVE(LmText_SetFontFamilyName, "(Ljava/lang/String;)Z"),
 };
 

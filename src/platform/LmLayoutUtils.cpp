@@ -7,6 +7,7 @@
 #include <unicode/uchar.h>
 
 #include <cmath>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -68,8 +69,11 @@ std::vector<BidiRun> bidiRuns(int bidi, const uint16_t* text, size_t start, size
 
     const UChar* u = reinterpret_cast<const UChar*>(text);
     UErrorCode status = U_ZERO_ERROR;
-    UBiDi* para = ubidi_openSized((int32_t)contextCount, 0, &status);
-    UBiDi* line = ubidi_openSized((int32_t)count, 0, &status);
+    // Closed however the function is left (a run that cannot be stored throws).
+    std::unique_ptr<UBiDi, void (*)(UBiDi*)> paraOwner(ubidi_openSized((int32_t)contextCount, 0, &status), ubidi_close);
+    std::unique_ptr<UBiDi, void (*)(UBiDi*)> lineOwner(ubidi_openSized((int32_t)count, 0, &status), ubidi_close);
+    UBiDi* para = paraOwner.get();
+    UBiDi* line = lineOwner.get();
     if (U_SUCCESS(status)) {
         // The paragraph is the whole context; the line is cut out of it, so the context
         // decides the paragraph level while reordering stays within the line.
@@ -94,8 +98,6 @@ std::vector<BidiRun> bidiRuns(int bidi, const uint16_t* text, size_t start, size
         runs.clear();
         runs.push_back({start, start + count, bidi == LmLayoutUtils::kBidiRTL || bidi == LmLayoutUtils::kBidiDefaultRTL});
     }
-    if (line) ubidi_close(line);
-    if (para) ubidi_close(para);
     return runs;
 }
 

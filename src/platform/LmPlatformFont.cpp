@@ -1,5 +1,6 @@
 #include "platform/LmPlatformFont.h"
 
+#include "foundation/Error.h"
 #include "platform/LmAlphaCanvas.h"
 #include "platform/LmPaint.h"
 
@@ -74,14 +75,19 @@ int64_t ceilPixel(FT_Pos v) { return (int64_t)((v + 63) >> 6); }
 
 } // namespace
 
-std::shared_ptr<LmPlatformFont> LmPlatformFont::MakeFromData(const unsigned char* data, size_t size, int index)
+std::shared_ptr<LmPlatformFont> LmPlatformFont::MakeFromData(const unsigned char* data, size_t size, int index,
+                                                             std::shared_ptr<const void> owner)
 {
     // FreeType reads the upper 16 bits of the index as a variation instance and a negative one
     // as a query: neither is a collection index.
     if (!data || size == 0 || index < 0 || index > 0xFFFF || size > (size_t)0x7FFFFFFF) return nullptr;
 
     std::shared_ptr<LmPlatformFont> font(new (std::nothrow) LmPlatformFont());
-    if (!font) return nullptr;
+    if (!font) {
+        Error::SetError(Error::LM_ERR_PLATFORM);
+        return nullptr;
+    }
+    font->mOwner = std::move(owner);
     if (FT_Init_FreeType(&font->mLibrary) != 0) {
         font->mLibrary = nullptr;
         return nullptr;

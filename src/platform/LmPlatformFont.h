@@ -20,14 +20,16 @@ namespace LmFontEffect {
 class LmAlphaCanvas;
 
 // An immutable font made from bytes and a collection index: a FreeType face for outlines and
-// coverage, a HarfBuzz face for shaping. The bytes are borrowed and must outlive the font.
+// coverage, a HarfBuzz face for shaping. The font holds `owner`, which keeps the bytes alive;
+// without one the bytes are borrowed and must outlive the font.
 // Safe to share between threads: the FreeType face, which holds per-size state, is used
 // under a mutex inside.
 class LmPlatformFont {
 public:
     // Null for bytes FreeType cannot open (random, truncated, index out of range), for null
     // data or a size of 0. Never crashes on corrupt input.
-    static std::shared_ptr<LmPlatformFont> MakeFromData(const unsigned char* data, size_t size, int index);
+    static std::shared_ptr<LmPlatformFont> MakeFromData(const unsigned char* data, size_t size, int index,
+                                                        std::shared_ptr<const void> owner = nullptr);
 
     ~LmPlatformFont();
     LmPlatformFont(const LmPlatformFont&) = delete;
@@ -61,6 +63,8 @@ private:
     // false when there is none. Caller holds mMutex.
     bool LoadOutline(uint32_t glyphId, const LmGlyphStyle& style) const;
 
+    // Declared first so it goes last, after the faces that read the bytes.
+    std::shared_ptr<const void> mOwner;
     FT_LibraryRec_* mLibrary = nullptr;
     FT_FaceRec_* mFace = nullptr;
     hb_face_t* mHbFace = nullptr;

@@ -1,5 +1,7 @@
 #include "platform/LmTypeface.h"
 
+#include "foundation/Error.h"
+
 #include <new>
 
 namespace LmFontEffect {
@@ -18,7 +20,9 @@ std::shared_ptr<LmTypeface> LmTypeface::createFromFamilies(std::vector<std::shar
     }
     families.clear();
     if (usable.empty()) return nullptr;
-    return std::shared_ptr<LmTypeface>(new (std::nothrow) LmTypeface(std::move(usable), weight, italic));
+    std::shared_ptr<LmTypeface> typeface(new (std::nothrow) LmTypeface(std::move(usable), weight, italic));
+    if (!typeface) Error::SetError(Error::LM_ERR_PLATFORM);
+    return typeface;
 }
 
 LmTypeface::FontChoice LmTypeface::styleFont(const LmPlatformFamily& family) const

@@ -1,5 +1,6 @@
 #include "raster/LmBitmap.h"
 
+#include "foundation/Error.h"
 #include "raster/LmRect.h"
 
 #include <cstdlib>
@@ -21,6 +22,7 @@ unsigned char* allocate(unsigned width, unsigned height, unsigned bpp, bool clea
         return nullptr;
     }
     void* p = clear ? std::calloc(1, (size_t)bytes) : std::malloc((size_t)bytes);
+    if (!p) Error::SetError(Error::LM_ERR_PLATFORM);
     return static_cast<unsigned char*>(p);
 }
 

@@ -11,10 +11,11 @@
 #include "text/LmFontFamily.h"
 #include "text/LmFontManagerImpl.h"
 
+#include <cerrno>
 #include <cstdint>
 #include <cstring>
 #include <fcntl.h>
-#include <sys/mman.h>
+#include <new>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -44,30 +45,50 @@ bool containsAfterStart(const std::string& text, const char* needle)
 
 const char* forLog(const LmString* s) { return LmLog::ConvertLog(s); }
 
-// Maps a whole font file read-only. The record is made whatever happens, so that a path
-// that failed once is not tried again.
-LmFontData* mapFontFile(const char* path)
+using Locked = std::lock_guard<std::recursive_mutex>;
+
+// Memory ran out (or a library threw) inside a call: code 1 and the call's failure value.
+bool outOfMemory(int site)
 {
+    Error::Report(kTag, Error::LM_ERR_PLATFORM, site);
+    return false;
+}
+
+// Reads a whole font file into memory, so that the file changing afterwards cannot reach
+// the fonts built over it. A file that cannot be opened still gets a record, so that a path
+// that failed once is not tried again; null when memory runs out (tried again next time).
+std::shared_ptr<LmFontData> readFontFile(const char* path)
+{
+    std::shared_ptr<LmFontData> record = std::make_shared<LmFontData>();
     int fd = open(path, O_RDONLY | O_CLOEXEC);
     if (fd < 0) {
         LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "Failed to open %s as a font", path);
-        return new LmFontData(nullptr, 0, false);
+        return record;
     }
     struct stat st;
     if (fstat(fd, &st) != 0) {
         LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "Failed to stat font file %s", path);
         close(fd);
-        return new LmFontData(nullptr, 0, false);
+        return record;
     }
     // Font data sizes are 32-bit; a larger (or empty) file cannot hold a usable font.
     uint32_t size = (st.st_size > 0 && (uint64_t)st.st_size <= UINT32_MAX) ? (uint32_t)st.st_size : 0;
-    char* buffer = nullptr;
-    if (size > 0) {
-        void* mapped = mmap(nullptr, size, PROT_READ, MAP_SHARED, fd, 0);
-        if (mapped != MAP_FAILED) buffer = static_cast<char*>(mapped);
+    char* buffer = size ? new (std::nothrow) char[size] : nullptr;
+    if (size && !buffer) {
+        close(fd);
+        return nullptr;
+    }
+    uint32_t got = 0;
+    while (buffer && got < size) {
+        ssize_t n = read(fd, buffer + got, size - got);
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) break; // the file shrank since fstat: keep what was there
+        got += (uint32_t)n;
     }
     close(fd);
-    return new LmFontData(buffer, size, buffer != nullptr);
+    record->buffer = buffer;
+    record->size = buffer ? got : 0;
+    return record;
 }
 
 } // namespace
@@ -96,10 +117,7 @@ LmFontManagerImpl::~LmFontManagerImpl()
 void LmFontManagerImpl::ClearFontMaps()
 {
     fontMap.clear();
-    for (auto& entry : fontDataMap) delete entry.second;
     fontDataMap.clear();
-    for (auto& entry : handedBuffers) delete entry.second;
-    handedBuffers.clear();
     totalBufferMB = 0.0;
 }
 
@@ -136,105 +154,98 @@ FontManager::~FontManager()
 }
 
 bool FontManager::IsExisting(const char* name, int index)
-{
+try {
     if (NoImpl(__LINE__)) return false;
+    Locked lock(impl->mutex);
     if (!name || !*name) {
         LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "IsExisting() - path is NULL");
         return false;
     }
     return impl->fontMap.count(LmFontManagerImpl::FontKey(name, index)) != 0;
+} catch (...) {
+    return outOfMemory(__LINE__);
 }
 
 bool FontManager::AddMinikinFont(const char* name, char* data, unsigned size, int index, bool checkExisting)
-{
-    if (NoImpl(__LINE__)) {
-        delete[] data;
-        return false;
-    }
+try {
+    // The caller's buffer is this call's from here on, whatever happens.
+    std::unique_ptr<char[]> handed(data);
+    if (NoImpl(__LINE__)) return false;
+    Locked lock(impl->mutex);
     if (!name || !*name) {
         LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "AddMinikinFont() - path is NULL");
-        delete[] data;
         return false;
     }
-    if (checkExisting && IsExisting(name, index)) {
-        delete[] data;
-        return true;
-    }
+    if (checkExisting && IsExisting(name, index)) return true;
 
-    // `handed` is the caller's buffer, which this call now owns; file bytes stay in the map.
-    char* handed = data;
-    if (!data) {
+    // The bytes, shared with the font: the caller's buffer or a file's record from the map.
+    std::shared_ptr<LmFontData> bytes;
+    if (handed) {
+        bytes = std::make_shared<LmFontData>(handed.get(), size);
+        handed.release();
+    } else {
         std::string pathKey = LmFontManagerImpl::PathKey(name);
         auto found = impl->fontDataMap.find(pathKey);
-        LmFontData* record;
         if (found == impl->fontDataMap.end()) {
-            record = mapFontFile(name);
-            impl->fontDataMap[pathKey] = record;
-            double fileMB = record->size / 1024000.0;
+            bytes = readFontFile(name);
+            if (!bytes) return outOfMemory(__LINE__);
+            impl->fontDataMap[pathKey] = bytes;
+            double fileMB = bytes->size / 1024000.0;
             impl->totalBufferMB += fileMB;
             if (LmLog::IsAllLogEnable())
                 LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "BUFFER TOTAL SIZE(%.2fMB) <- %s(%.2fMB) ",
                              impl->totalBufferMB, name, fileMB);
         } else {
-            record = found->second;
+            bytes = found->second;
         }
-        data = record->buffer;
-        size = record->size;
     }
-    if (!data || size == 0) {
+    if (!bytes->buffer || bytes->size == 0) {
         LmLog::Print(LmLog::LM_PRIO_ERROR, kTag, "AddMinikinFont() - Fail to get font");
-        delete[] handed;
         return false;
     }
 
-    std::shared_ptr<LmPlatformFont> font =
-        LmPlatformFont::MakeFromData(reinterpret_cast<const unsigned char*>(data), size, index);
+    std::shared_ptr<LmPlatformFont> font = LmPlatformFont::MakeFromData(
+        reinterpret_cast<const unsigned char*>(bytes->buffer), bytes->size, index, bytes);
     if (!font) {
         LmLog::Print(LmLog::LM_PRIO_ERROR, kTag, "AddMinikinFont() - Fail to create typeface");
-        delete[] handed;
         return false;
     }
-
-    std::string fontKey = LmFontManagerImpl::FontKey(name, index);
-    bool inserted = impl->fontMap.emplace(fontKey, font).second;
-    if (handed) {
-        if (inserted) {
-            impl->handedBuffers[fontKey] = new LmFontData(handed, size, false);
-        } else {
-            // The font already registered under the key wins; the new one, and with it the
-            // last user of the buffer, goes now.
-            font.reset();
-            delete[] handed;
-        }
-    }
+    // An existing font under the key wins; the new one, and with it a handed buffer, goes.
+    impl->fontMap.emplace(LmFontManagerImpl::FontKey(name, index), font);
     return true;
+} catch (...) {
+    return outOfMemory(__LINE__);
 }
 
 bool FontManager::AddMinikinFont(LmString* name, char* data, unsigned size, int index, bool checkExisting)
-{
-    if (!name) return AddMinikinFont((const char*)nullptr, data, size, index, checkExisting);
+try {
+    std::unique_ptr<char[]> handed(data);
+    if (!name) return AddMinikinFont((const char*)nullptr, handed.release(), size, index, checkExisting);
     std::string utf8;
-    if (!toUtf8(name, utf8)) {
-        delete[] data;
-        return false;
-    }
-    return AddMinikinFont(utf8.c_str(), data, size, index, checkExisting);
+    if (!toUtf8(name, utf8)) return false;
+    return AddMinikinFont(utf8.c_str(), handed.release(), size, index, checkExisting);
+} catch (...) {
+    return outOfMemory(__LINE__);
 }
 
 bool FontManager::GetMinikinFont(std::shared_ptr<LmPlatformFont>& out, LmString* name, int index)
-{
+try {
     if (NoImpl(__LINE__)) return false;
+    Locked lock(impl->mutex);
     std::string utf8;
     if (!toUtf8(name, utf8)) return false;
     auto found = impl->fontMap.find(LmFontManagerImpl::FontKey(utf8.c_str(), index));
     if (found == impl->fontMap.end()) return false;
     out = found->second;
     return true;
+} catch (...) {
+    return outOfMemory(__LINE__);
 }
 
 bool FontManager::BuildMinikinFamily(LmFontFamily* family)
 {
     if (NoImpl(__LINE__)) return false;
+    Locked lock(impl->mutex);
     if (!family || !family->fonts) return false;
     int count = family->fonts->GetCount();
     if (count < 1) return false;
@@ -248,14 +259,17 @@ bool FontManager::BuildMinikinFamily(LmFontFamily* family)
 bool FontManager::LoadMinikinFontFamily(unsigned localeListId)
 {
     if (NoImpl(__LINE__)) return false;
+    Locked lock(impl->mutex);
     List* families = impl->systemFamilies;
     if (!families) return false;
     int count = families->GetCount();
     for (int i = 0; i < count; ++i) {
         LmFontFamily* family = static_cast<LmFontFamily*>(families->Get(i));
         if (family && !family->loaded && family->localeListId == localeListId) {
+            Error::SetError(Error::LM_ERR_NONE);
             family->loaded = BuildMinikinFamily(family);
-            return true;
+            // Memory running out fails the call; the family is tried again next time.
+            return family->loaded || Error::GetError() != Error::LM_ERR_PLATFORM;
         }
     }
     return false;
@@ -264,6 +278,7 @@ bool FontManager::LoadMinikinFontFamily(unsigned localeListId)
 bool FontManager::SetSystemFontFamilies(List* families)
 {
     if (NoImpl(__LINE__)) return false;
+    Locked lock(impl->mutex);
     // A null list is nothing to take: the families stay unset.
     if (!impl->systemFamiliesSet && families) {
         impl->ClearFontFamilies();
@@ -276,20 +291,23 @@ bool FontManager::SetSystemFontFamilies(List* families)
 bool FontManager::IsSystemFontFamiliesAlreadySet()
 {
     if (NoImpl(__LINE__)) return false;
+    Locked lock(impl->mutex);
     return impl->systemFamiliesSet;
 }
 
 List* FontManager::GetSystemFontFamilies()
 {
     if (NoImpl(__LINE__)) return nullptr;
+    Locked lock(impl->mutex);
     return impl->systemFamilies;
 }
 
 bool FontManager::GetMinikinFontFamilies(LmString* familyName,
                                          std::vector<std::shared_ptr<LmPlatformFamily>>& families,
                                          LmString* userFont, int& weight)
-{
+try {
     if (NoImpl(__LINE__)) return false;
+    Locked lock(impl->mutex);
     bool verbose = LmLog::IsAllLogEnable();
     if (verbose) {
         LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "GetMinikinFontFamilies >>> GetMinikinFontFamilies");
@@ -341,17 +359,21 @@ bool FontManager::GetMinikinFontFamilies(LmString* familyName,
     if (verbose && familyCount > 0)
         LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "GetMinikinFontFamilies <<< GetMinikinFontFamilies");
     return true;
+} catch (...) {
+    return outOfMemory(__LINE__);
 }
 
 void FontManager::ClearFontMaps()
 {
     if (NoImpl(__LINE__)) return;
+    Locked lock(impl->mutex);
     impl->ClearFontMaps();
 }
 
 void FontManager::ClearFontFamilies()
 {
     if (NoImpl(__LINE__)) return;
+    Locked lock(impl->mutex);
     impl->ClearFontFamilies();
 }
 

@@ -16,8 +16,9 @@ class LmString;
 // The process-wide font registry: fonts registered by name (from a file path or from bytes
 // a caller hands over), the system families of the font configuration, script fallback
 // families loaded on demand by locale list id, and the ordered family list text is drawn
-// with. Fonts and their bytes live until ClearFontMaps or process exit. Creation of the
-// singleton is thread-safe; its maps are not locked.
+// with. Registered fonts live until ClearFontMaps or process exit; their bytes (a file is read
+// whole at registration) live as long as any font, family or typeface uses them. Safe to call
+// from any thread: every call holds the registry's lock.
 class FontManager {
 public:
     static FontManager* GetInstance();
@@ -37,7 +38,8 @@ public:
 
     // Registers every font of the family; 0 at the first failure, for null or an empty family.
     bool BuildMinikinFamily(LmFontFamily* family);
-    // Builds the first unloaded system family with this locale list id; 0 when none is left.
+    // Builds the first unloaded system family with this locale list id; 0 when none is left,
+    // or with code 1 when memory ran out building it.
     bool LoadMinikinFontFamily(unsigned localeListId);
     // Takes the list (of LmFontFamily*) with its families the first time only; later lists
     // stay the caller's.

@@ -5,19 +5,20 @@
 
 namespace LmFontEffect {
 
-// The bytes of one font file, kept for the life of the process because the fonts built over
-// them borrow them. A file is mapped read-only; a buffer handed in by a caller is heap memory.
+// The bytes of one font, on the heap: a file's contents read at registration, or a buffer
+// handed in by a caller. Shared by the registry and every font built over them, so the bytes
+// go with the last of these, whatever the registry does, and a file changing on disk
+// afterwards cannot reach them.
 class LmFontData {
 public:
     LmFontData() = default;
-    LmFontData(char* buffer, uint32_t size, bool mapped) : buffer(buffer), size(size), mapped(mapped) {}
-    ~LmFontData();
+    LmFontData(char* buffer, uint32_t size) : buffer(buffer), size(size) {}
+    ~LmFontData() { delete[] buffer; }
     LmFontData(const LmFontData&) = delete;
     LmFontData& operator=(const LmFontData&) = delete;
 
-    char* buffer = nullptr;           // null when the file could not be opened or mapped
+    char* buffer = nullptr;           // owned; null when the file could not be opened or read
     uint32_t size = 0;
-    bool mapped = false;              // unmapped rather than array-deleted
 };
 
 } // namespace LmFontEffect

@@ -36,16 +36,19 @@ int toFixed26_6(long long pixels)
     return (int)v;
 }
 
+// A glyph and its pixels, which it does not own itself.
+void deleteGlyph(LmGlyph* glyph)
+{
+    if (!glyph) return;
+    delete[] glyph->pixels;
+    delete glyph;
+}
+
 void deleteGlyphs(List* list)
 {
     if (!list) return;
     const int n = list->GetCount();
-    for (int i = 0; i < n; i++) {
-        LmGlyph* glyph = static_cast<LmGlyph*>(list->Get(i));
-        if (!glyph) continue;
-        delete[] glyph->pixels;
-        delete glyph;
-    }
+    for (int i = 0; i < n; i++) deleteGlyph(static_cast<LmGlyph*>(list->Get(i)));
     list->RemoveAll();
 }
 
@@ -69,6 +72,7 @@ LmGlyph* newLineGlyph(const LmLayout& layout, bool wholeInk)
     }
     glyph->pixels = bytes ? new (std::nothrow) unsigned char[bytes] : nullptr;
     if (!glyph->pixels) {
+        if (bytes) Error::SetError(Error::LM_ERR_PLATFORM); // out of memory: the render fails
         glyph->width = 0;
         glyph->height = 0;
     }
@@ -193,18 +197,17 @@ void LmFontDrawing::DrawTextEffect(LmTextObject* textObject, LmBitmap* dst)
     std::shared_ptr<LmTypeface> typeface =
         LmTypeface::createFromFamilies(std::move(families), weight, textObject->isItalicTextStyle());
 
-    char16_t* utf16 = text->GetUTF16();
+    std::unique_ptr<char16_t[]> utf16(text->GetUTF16());
     const int textLength = text->GetUTF16Size();
     const int count = lines->GetCount();
     for (int i = 0; i < count; i++) {
         LineInfo* line = static_cast<LineInfo*>(lines->Get(i));
-        if (line) DrawLine(line, utf16, textLength, paint, typeface.get(), effect, textObject->isKeepWholeInk());
+        if (line) DrawLine(line, utf16.get(), textLength, paint, typeface.get(), effect, textObject->isKeepWholeInk());
     }
 
     typeface.reset();
     effect->doEffectPostProcessing();
     effect->compositeLayers(dst);
-    delete[] utf16;
 }
 
 void LmFontDrawing::DrawLine(LineInfo* line, const char16_t* utf16, int textLength, LmPaint& paint,
@@ -229,13 +232,14 @@ void LmFontDrawing::DrawLine(LineInfo* line, const char16_t* utf16, int textLeng
                                          (size_t)contextStart, (size_t)contextCount);
     }
 
-    LmGlyph* glyph = newLineGlyph(layout, wholeInk);
+    // Owned here until the glyph list takes it: memory may run out on the way.
+    std::unique_ptr<LmGlyph, void (*)(LmGlyph*)> glyph(newLineGlyph(layout, wholeInk), deleteGlyph);
     LmAlphaCanvas canvas(glyph->pixels, glyph->width, glyph->height);
     canvas.clear();
     LmGlyphBox bounds = layout.getBounds();
     DrawTextFunctor functor(layout, &canvas, paint, &bounds);
     LmLayoutUtils::forFontRun(layout, &paint, functor);
-    glyphList->Add(glyph);
+    if (glyphList->Add(glyph.get())) glyph.release();
 
     _DoRender(leftOffset, toFixed26_6((long long)line->x + leftOffset),
               toFixed26_6((long long)line->baseline + topOffset), glyphList, effect, line->direction);

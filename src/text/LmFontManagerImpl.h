@@ -3,6 +3,7 @@
 
 #include <map>
 #include <memory>
+#include <mutex>
 #include <string>
 
 namespace LmFontEffect {
@@ -25,20 +26,20 @@ public:
     static std::string FontKey(const char* name, int index);
     static std::string PathKey(const char* name);
 
-    // Drops the registry's fonts, then frees the bytes they borrow: a font still held
-    // elsewhere (a typeface, a caller's pointer) must not be used afterwards.
+    // Drops the registry's fonts and its hold on their bytes; a font still held elsewhere
+    // (a family, a typeface) keeps its bytes and stays usable.
     void ClearFontMaps();
     void ClearFontFamilies();
 
     FontManager* owner;
-    // Sizes of the mapped files in units of 1,024,000 bytes (not 2^20), as the log shows them.
+    // Held by every FontManager call: threads share the registry.
+    std::recursive_mutex mutex;
+    // Sizes of the files read in units of 1,024,000 bytes (not 2^20), as the log shows them.
     double totalBufferMB = 0.0;
-    std::map<std::string, LmFontData*> fontDataMap;
+    std::map<std::string, std::shared_ptr<LmFontData>> fontDataMap;
     std::map<std::string, std::shared_ptr<LmPlatformFont>> fontMap;
     List* systemFamilies = nullptr;  // of LmFontFamily*
     bool systemFamiliesSet = false;
-    // Buffers handed in by callers, by font key: the registered font borrows them.
-    std::map<std::string, LmFontData*> handedBuffers;
 };
 
 } // namespace LmFontEffect

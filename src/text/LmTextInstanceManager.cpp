@@ -76,7 +76,12 @@ int LmTextInstanceManager::Register(LmTextObject* object)
     if (found != s.objects.end()) return found->second;
     int handle = ++s.lastHandle;
     s.handles[handle] = object;
-    s.objects[object] = handle;
+    try {
+        s.objects[object] = handle;
+    } catch (...) {
+        s.handles.erase(handle); // all or nothing: the caller sees the failure
+        throw;
+    }
     return handle;
 }
 

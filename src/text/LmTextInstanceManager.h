@@ -18,7 +18,8 @@ public:
     LmTextInstanceManager() = delete;
 
     static void SetCallBack(ReleaseCallback callback);
-    // The object's handle; a new one for an object not yet registered.
+    // The object's handle; a new one for an object not yet registered. Out of memory it
+    // throws std::bad_alloc and leaves the table as it was.
     static int Register(LmTextObject* object);
     // Forgets the handle (unknown handles are ignored); bind counts are left alone.
     static void Unregister(int handle);

@@ -18,6 +18,7 @@
 #include "text/LmView.h"
 
 #include <memory>
+#include <new>
 
 namespace LmFontEffect {
 
@@ -28,15 +29,36 @@ const char* const kTag = "LmTextObject";
 // Fixed site of the missing-impl check of a render, which callers look for in the log.
 const int kRenderSite = 248;
 
+// Memory ran out (or a library threw) inside a call: code 1 and the call's failure value.
+int caught(int site)
+{
+    Error::Report(kTag, Error::LM_ERR_PLATFORM, site);
+    return 0;
+}
+
 enum TextStyleBits : uint32_t { kBoldBit = 1u << 0, kItalicBit = 1u << 1 };
 
 } // namespace
 
 LmTextObjectImpl::LmTextObjectImpl(LmTextObject* owner)
-    : owner(owner), fontDrawing(new LmFontDrawing()), effect(new LmEffect()), lineInfo(new List()),
-      view(new LmView())
+    : owner(owner), fontDrawing(nullptr), effect(nullptr), lineInfo(nullptr), view(nullptr)
 {
-    lineInfo->Construct();
+    // A part that fails to allocate stays null: Construct refuses the object and the
+    // destructor frees the parts made.
+    try {
+        fontDrawing = new LmFontDrawing();
+        effect = new LmEffect();
+        lineInfo = new List();
+        view = new LmView();
+    } catch (const std::bad_alloc&) {
+    }
+    if (lineInfo) lineInfo->Construct();
+}
+
+bool LmTextObjectImpl::IsComplete() const
+{
+    return fontDrawing && fontDrawing->GetGlyphList()->GetCount() >= 0 && effect && view && lineInfo &&
+           lineInfo->GetCount() >= 0;
 }
 
 LmTextObjectImpl::~LmTextObjectImpl()
@@ -73,11 +95,9 @@ bool LmTextObject::NoImpl(int site) const
 
 LmTextObject::LmTextObject() : impl(nullptr)
 {
-    static bool callbackSet = false;
-    if (!callbackSet) {
-        callbackSet = true;
-        LmTextInstanceManager::SetCallBack(releaseTextObjectCallback);
-    }
+    // Once per process; static initialisation keeps threads constructing at once apart.
+    static const bool callbackSet = (LmTextInstanceManager::SetCallBack(releaseTextObjectCallback), true);
+    (void)callbackSet;
     LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "LmTextObject(%p)", (void*)this);
 }
 
@@ -96,8 +116,16 @@ int LmTextObject::Construct()
         Error::Report(kTag, Error::LM_ERR_ALREADY_CONSTRUCTED, __LINE__);
         return 0;
     }
-    impl = new LmTextObjectImpl(this);
-    impl->runtimeHandle = LmTextInstanceManager::Register(this);
+    try {
+        impl = new LmTextObjectImpl(this);
+        if (impl->IsComplete()) impl->runtimeHandle = LmTextInstanceManager::Register(this);
+    } catch (const std::bad_alloc&) {
+    }
+    if (!impl || impl->runtimeHandle < 0) {
+        delete impl;
+        impl = nullptr;
+        return caught(__LINE__);
+    }
     LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "Construct(%p / %d)", (void*)this, impl->runtimeHandle);
     return 1;
 }
@@ -146,53 +174,61 @@ template <typename T> int LmTextObject::StoreText(const T* text)
         return 1;
     }
     if (!impl->text) {
-        impl->text = new LmString();
-        impl->text->Construct();
+        std::unique_ptr<LmString> made(new LmString());
+        if (!made->Construct()) return caught(__LINE__);
+        impl->text = made.release();
     }
     if (!impl->text->Set(text)) return 0;
-    SetTextLocaleListId();
-    return 1;
+    return SetTextLocaleListId() ? 1 : 0;
 }
 
 int LmTextObject::SetText(const LmString* text)
-{
+try {
     if (NoImpl(__LINE__)) return 0;
     if (LmLog::IsAllLogEnable())
         LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "SetText() - %p [%s] strLen=%d", (void*)this,
                      LmLog::ConvertLog(text), text ? text->GetLength() : 0);
     return StoreText(text);
+} catch (...) {
+    return caught(__LINE__);
 }
 
 int LmTextObject::SetText(const wchar_t* text)
-{
+try {
     if (NoImpl(__LINE__)) return 0;
     return StoreText(text);
+} catch (...) {
+    return caught(__LINE__);
 }
 
-void LmTextObject::SetTextLocaleListId()
+bool LmTextObject::SetTextLocaleListId()
 {
-    if (NoImpl(__LINE__)) return;
+    if (NoImpl(__LINE__)) return false;
     if (!impl->text) {
         LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "SetTextLocaleListId - text is null.");
-        return;
+        return true;
     }
     int size = impl->text->GetUTF16Size();
-    if (size == -1) return;
+    if (size == -1) return true;
     std::unique_ptr<char16_t[]> utf16(impl->text->GetUTF16());
     if (!utf16) {
         LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "SetTextLocaleListId - textString is null.");
-        return;
+        return Error::GetError() != Error::LM_ERR_PLATFORM;
     }
-    if (size < 1) return;
+    if (size < 1) return true;
     // The size counts the terminator, which is common script and changes no run.
     for (const std::string& tag : LmScriptLocales::Collect(utf16.get(), size)) {
         uint32_t id = LmLocaleListRegistry::registerLocaleList(tag.c_str());
-        if (id != 0) FontManager::GetInstance()->LoadMinikinFontFamily(id);
+        Error::SetError(Error::LM_ERR_NONE);
+        if (id != 0 && !FontManager::GetInstance()->LoadMinikinFontFamily(id) &&
+            Error::GetError() == Error::LM_ERR_PLATFORM)
+            return false;
     }
+    return true;
 }
 
 int LmTextObject::SetFontFamilyName(const char* familyName)
-{
+try {
     if (NoImpl(__LINE__)) return 0;
     if (!familyName) {
         Error::Report(kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
@@ -202,10 +238,12 @@ int LmTextObject::SetFontFamilyName(const char* familyName)
     if (!impl->fontDrawing) impl->fontDrawing = new LmFontDrawing();
     impl->fontDrawing->SetFontFamilyName(familyName);
     return 1;
+} catch (...) {
+    return caught(__LINE__);
 }
 
 int LmTextObject::SetFont(const char* path)
-{
+try {
     if (NoImpl(__LINE__)) return 0;
     if (!path) {
         Error::Report(kTag, Error::LM_ERR_INVALID_ARGUMENT, __LINE__);
@@ -216,10 +254,12 @@ int LmTextObject::SetFont(const char* path)
     if (!FontManager::GetInstance()->AddMinikinFont(path, nullptr, 0, 0, true)) return 0;
     impl->fontDrawing->SetFontPath(path);
     return 1;
+} catch (...) {
+    return caught(__LINE__);
 }
 
 int LmTextObject::SetFont(const char* path, char* data, unsigned size)
-{
+try {
     if (NoImpl(__LINE__)) {
         delete[] data;
         return 0;
@@ -234,10 +274,12 @@ int LmTextObject::SetFont(const char* path, char* data, unsigned size)
     if (!FontManager::GetInstance()->AddMinikinFont(path, data, size, 0, true)) return 0;
     impl->fontDrawing->SetFontPath(path);
     return 1;
+} catch (...) {
+    return caught(__LINE__);
 }
 
 int LmTextObject::SetLineInfo(const List* lines)
-{
+try {
     if (NoImpl(__LINE__)) return 0;
     if (!lines) {
         LmLog::Print(LmLog::LM_PRIO_ERROR, kTag, "SetLineInfo - lineInfo is NULL");
@@ -250,8 +292,14 @@ int LmTextObject::SetLineInfo(const List* lines)
         return 0;
     }
     impl->ClearLines();
-    if (lines->GetCount() > 0) return impl->lineInfo->Add(lines) ? 1 : 0;
+    // All or none: records not taken stay the caller's.
+    if (lines->GetCount() > 0 && !impl->lineInfo->Add(lines)) {
+        impl->lineInfo->RemoveAll();
+        return 0;
+    }
     return 1;
+} catch (...) {
+    return caught(__LINE__);
 }
 
 int LmTextObject::SetTextStyle(bool bold, bool italic)
@@ -320,13 +368,15 @@ uint32_t LmTextObject::GetTextColor()
 }
 
 uint32_t* LmTextObject::RenderTextEffect(int width, int height)
-{
+try {
     if (NoImpl(kRenderSite)) return nullptr;
     LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "RenderTextEffect(%p / %d) >>> Start! - (w=%d,h=%d)", (void*)this,
                  impl->runtimeHandle, width, height);
     // A negative size draws nothing rather than becoming a huge unsigned one.
     unsigned w = width > 0 ? (unsigned)width : 0;
     unsigned h = height > 0 ? (unsigned)height : 0;
+    // Parts that run out of memory on the way leave code 1 behind them.
+    Error::SetError(Error::LM_ERR_NONE);
 
     if (LmBitmap::byteSize(w, h, 4) == 0 && (uint64_t)w * h != 0) {
         LmLog::Print(LmLog::LM_PRIO_WARN, kTag, "RenderTextEffect(%p) - bitmap %u x %u passes the cap of %llu pixels",
@@ -341,15 +391,15 @@ uint32_t* LmTextObject::RenderTextEffect(int width, int height)
         if (line) line->renderBounds = line->bounds;
     }
 
-    LmBitmap* composite = new LmBitmap(w, h, 4);
+    std::unique_ptr<LmBitmap> composite(new LmBitmap(w, h, 4));
     if (!impl->fontDrawing) {
         Error::Report(kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
-        delete composite;
         return impl->resultBitmap ? reinterpret_cast<uint32_t*>(impl->resultBitmap->pixels) : nullptr;
     }
-    impl->fontDrawing->DrawTextEffect(this, composite);
+    impl->fontDrawing->DrawTextEffect(this, composite.get());
 
-    LmBitmap* output = new LmBitmap(w, h, 4);
+    std::unique_ptr<LmBitmap> owned(new LmBitmap(w, h, 4));
+    LmBitmap* output = owned.get();
     if (output->pixels) {
         LmCanvas canvas(output->pixels, (int)w, (int)h);
         canvas.clear();
@@ -378,16 +428,22 @@ uint32_t* LmTextObject::RenderTextEffect(int width, int height)
         // B, G, R, A in little-endian memory.
         LmBlender::convertBGRAToARGB(output);
         if (composite->pixels) {
-            LmBlender::convertBGRAToARGB(composite);
+            LmBlender::convertBGRAToARGB(composite.get());
             canvas.drawImage(composite->pixels, (int)w, (int)h, 0, 0);
         }
     }
 
-    delete composite;
+    if (Error::GetError() == Error::LM_ERR_PLATFORM) {
+        LmLog::Print(LmLog::LM_PRIO_WARN, kTag, "RenderTextEffect(%p) - out of memory", (void*)this);
+        return nullptr;
+    }
     delete impl->resultBitmap;
-    impl->resultBitmap = output;
+    impl->resultBitmap = owned.release();
     LmLog::Print(LmLog::LM_PRIO_DEBUG, kTag, "RenderTextEffect(%p / %d) <<< End.", (void*)this, impl->runtimeHandle);
     return reinterpret_cast<uint32_t*>(output->pixels);
+} catch (...) {
+    caught(__LINE__);
+    return nullptr;
 }
 
 LmTextObject* LmTextObject::FindLmTextObject(int handle) { return LmTextInstanceManager::FindLmTextObject(handle); }

@@ -71,7 +71,8 @@ private:
     // Reports error 8 at the site when the object has no state.
     bool NoImpl(int site) const;
     template <typename T> int StoreText(const T* text);
-    void SetTextLocaleListId();
+    // False with code 1 when memory ran out while loading the fallback fonts.
+    bool SetTextLocaleListId();
 
     LmTextObjectImpl* impl;
 };

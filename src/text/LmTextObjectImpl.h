@@ -23,6 +23,8 @@ public:
     LmTextObjectImpl(const LmTextObjectImpl&) = delete;
     LmTextObjectImpl& operator=(const LmTextObjectImpl&) = delete;
 
+    // Whether every part was made (memory may run out while constructing).
+    bool IsComplete() const;
     // Deletes every LineInfo record and empties the list.
     void ClearLines();
 

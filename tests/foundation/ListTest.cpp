@@ -151,51 +151,82 @@ TEST(List, IndexSearchAndWholeLists)
               contents(list));
 }
 
-// Positional edits and jumps keep the remembered position true to its node, so look-ups
-// that start from it never give a wrong item. (Stepping a traversal moves it along the
-// traversal's node, which may differ from the one remembered.)
-TEST(List, RememberedPositionStaysTrueUnderRandomEdits)
+// Edits, jumps and steps on three open traversals, against a model: every traversal keeps
+// its item (removal moves each one standing on the node), and positional look-ups and
+// searches stay right whichever traversal moved last.
+TEST(List, TraversalsAndLookUpsStayTrueUnderRandomEdits)
 {
     std::mt19937 rng(1234);
     List list;
     ASSERT_TRUE(list.Construct());
     std::vector<void*> model;
-    long h = -1;
-    for (int step = 0; step < 4000; ++step) {
+    long h[3] = {-1, -1, -1};
+    int at[3] = {-1, -1, -1}; // model index each traversal stands on, -1 for nothing
+    auto shift = [&](int i, int delta) {
+        for (int& a : at)
+            if (a >= i) a += delta;
+    };
+    auto erase = [&](int i) {
+        model.erase(model.begin() + i);
+        for (int& a : at) {
+            if (a > i)
+                --a;
+            else if (a == i && i == (int)model.size())
+                a = -1;
+        }
+    };
+    for (int step = 0; step < 6000; ++step) {
         int n = (int)model.size();
-        int op = (int)(rng() % 9);
+        int op = (int)(rng() % 10);
         int i = n ? (int)(rng() % (unsigned)n) : 0;
+        int t = (int)(rng() % 3);
         void* p = item((int)(rng() % 64));
         if (op <= 2) { // Add, or Insert anywhere including past the end
+            int to = op == 2 ? n : std::min(i + op, n);
             ASSERT_TRUE(op == 2 ? list.Add(p) : list.Insert(p, i + op));
-            model.insert(model.begin() + (op == 2 ? n : std::min(i + op, n)), p);
+            if (to < n) shift(to, 1);
+            model.insert(model.begin() + to, p);
         } else if (op == 3 && n) {
             ASSERT_TRUE(list.Remove(i));
-            model.erase(model.begin() + i);
+            erase(i);
         } else if (op == 4 && n) {
             ASSERT_TRUE(list.Remove(p));
             auto it = std::find(model.begin(), model.end(), p);
-            if (it != model.end()) model.erase(it);
+            if (it != model.end()) erase((int)(it - model.begin()));
         } else if (op == 5) {
-            if (h == -1) h = list.BeginTraversal();
-            if (n) {
-                ASSERT_TRUE(list.Move(&h, i));
-                ASSERT_EQ(model[(size_t)i], list.GetData(h));
+            if (h[t] == -1) {
+                h[t] = list.BeginTraversal();
+                at[t] = n ? 0 : -1;
             }
-        } else if (op == 6 && h != -1) {
+            if (n) {
+                ASSERT_TRUE(list.Move(&h[t], i));
+                at[t] = i;
+            }
+        } else if (op == 6 && h[t] != -1) {
             bool first = rng() % 2;
-            ASSERT_TRUE(first ? list.MoveFirst(&h) : list.MoveLast(&h));
-            ASSERT_EQ(n ? (first ? model.front() : model.back()) : nullptr, list.GetData(h));
-        } else if (op == 7 && h != -1 && rng() % 4 == 0) {
-            list.EndTraversal(h);
-            h = -1;
-        } else if (op == 8 && n) {
+            ASSERT_TRUE(first ? list.MoveFirst(&h[t]) : list.MoveLast(&h[t]));
+            at[t] = n ? (first ? 0 : n - 1) : -1;
+        } else if (op == 7 && h[t] != -1) {
+            bool forward = rng() % 2;
+            bool stood = at[t] != -1;
+            ASSERT_EQ(stood, forward ? list.NextData(h[t]) : list.PrevData(h[t]));
+            int next = at[t] + (forward ? 1 : -1);
+            at[t] = !stood ? (n ? 0 : -1) : (next < 0 || next >= n ? -1 : next);
+        } else if (op == 8 && h[t] != -1 && rng() % 4 == 0) {
+            list.EndTraversal(h[t]);
+            h[t] = -1;
+        } else if (op == 9 && n) {
             ASSERT_EQ(model[(size_t)i], list.Get(i)) << "step " << step;
             int index = list.GetIndex(model[(size_t)i]);
             ASSERT_GE(index, 0);
             ASSERT_EQ(model[(size_t)i], model[(size_t)index]);
         }
         ASSERT_EQ((int)model.size(), list.GetCount());
+        for (int k = 0; k < 3; ++k) {
+            if (h[k] != -1) {
+                ASSERT_EQ(at[k] < 0 ? nullptr : model[(size_t)at[k]], list.GetData(h[k])) << "step " << step;
+            }
+        }
     }
     EXPECT_EQ(model, contents(list));
 }

@@ -29,11 +29,11 @@ protected:
 
     // A constructed object with the text, DejaVu Sans at `size`, the text colour and a view.
     void prepare(LmTextObject& object, const wchar_t* text, float size, int viewW, int viewH, int gravity,
-                 int padding = 10)
+                 int padding = 10, const char* font = kSansPath)
     {
         ASSERT_EQ(1, object.Construct());
         ASSERT_EQ(1, object.SetText(text));
-        ASSERT_EQ(1, object.SetFont(kSansPath));
+        ASSERT_EQ(1, object.SetFont(font));
         LmPaint paint = paintOf(size);
         object.SetPaint(paint);
         object.SetTextColor(kTextColour);
@@ -109,6 +109,34 @@ TEST_F(EndToEnd, HelloDrawsGlyphPixelsInTheTextColourAndNothingElse)
     const LineInfo* line = static_cast<const LineInfo*>(object.GetLineInfo()->Get(0));
     EXPECT_EQ(10, line->renderBounds.left);
     EXPECT_EQ(10 + mask.width, line->renderBounds.right);
+}
+
+// A font file registered by path is read whole: truncating, shrinking or zeroing it later,
+// or the registry dropping its fonts, leaves the text drawn as before.
+TEST_F(EndToEnd, FontFileChangingOrRegistryClearedAfterRegistrationStillDraws)
+{
+    const std::vector<unsigned char> good = readFileBytes(kSansPath);
+    const std::string path = ::testing::TempDir() + "/lm_changing_font.ttf";
+    const std::vector<std::pair<const char*, std::vector<unsigned char>>> cases{
+        {"truncated", {}},
+        {"shrunk", {good.begin(), good.begin() + 3000}},
+        {"zeroed", std::vector<unsigned char>(good.size(), 0)},
+        {"cleared", good},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.first);
+        freshFontManager(false);
+        std::ofstream(path, std::ios::binary | std::ios::trunc).write((const char*)good.data(), (long)good.size());
+        LmTextObject object;
+        prepare(object, L"Hello", 48.0f, 260, 90, 0x33, 10, path.c_str());
+        giveLines(object, {newLine(10, 55, 0, 5)});
+        std::ofstream(path, std::ios::binary | std::ios::trunc).write((const char*)c.second.data(), (long)c.second.size());
+        if (c.second.size() == good.size() && c.second[0]) FontManager::GetInstance()->ClearFontMaps();
+        const uint32_t* px = render(object);
+        ASSERT_NE(nullptr, px);
+        expectLines(px, {{expectedLineMask(u"Hello", 0, 5, 48.0f), 10, 55}});
+    }
+    std::remove(path.c_str());
 }
 
 TEST_F(EndToEnd, EffectMarginsGrowTheBitmapAndMoveTheText)
