@@ -4,26 +4,9 @@
 # libraries (Debian multiarch) when missing.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-bash scripts/deps.sh
-
-packages=(g++-aarch64-linux-gnu qemu-user-static
-  libharfbuzz-dev:arm64 libfreetype-dev:arm64 libicu-dev:arm64 libfontconfig-dev:arm64
-  libpng-dev:arm64 libgtest-dev:arm64 libhwy-dev:arm64)
-missing=()
-for p in "${packages[@]}"; do
-  if ! dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed"; then
-    missing+=("$p")
-  fi
-done
-if [ ${#missing[@]} -gt 0 ]; then
-  echo "Installing: ${missing[*]}"
-  sudo_cmd=()
-  if [ "$(id -u)" -ne 0 ]; then sudo_cmd=(sudo); fi
-  export DEBIAN_FRONTEND=noninteractive
-  "${sudo_cmd[@]}" dpkg --add-architecture arm64
-  "${sudo_cmd[@]}" apt-get update -qq
-  "${sudo_cmd[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}"
-fi
+bash scripts/deps.sh g++-aarch64-linux-gnu qemu-user-static \
+  libharfbuzz-dev:arm64 libfreetype-dev:arm64 libicu-dev:arm64 libfontconfig-dev:arm64 \
+  libpng-dev:arm64 libgtest-dev:arm64 libhwy-dev:arm64
 
 jobs=$(nproc 2>/dev/null || echo 2)
 dir=build/arm64

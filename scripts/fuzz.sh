@@ -6,9 +6,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 seconds=${1:-20}
-if ! command -v clang++ >/dev/null; then
-    sudo apt-get install -y clang >/dev/null || apt-get install -y clang >/dev/null
-fi
+bash scripts/deps.sh clang
 dir=build/fuzz
 cmake -S . -B "$dir" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ \
     -DLM_FUZZ=ON -DLM_BUILD_TESTS=OFF -DLM_BUILD_BENCH=OFF -DLM_BUILD_TOOLS=OFF -DLM_BUILD_JAVA=OFF >/dev/null

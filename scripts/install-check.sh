@@ -4,8 +4,7 @@
 # the showcase with the installed lmtext and removes the package again.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-bash scripts/deps.sh
-command -v dpkg-shlibdeps >/dev/null || { export DEBIAN_FRONTEND=noninteractive; apt-get install -y -qq dpkg-dev file >/dev/null; }
+bash scripts/deps.sh dpkg-dev file
 
 jobs=$(nproc 2>/dev/null || echo 2)
 build=build/install

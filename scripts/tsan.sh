@@ -4,6 +4,7 @@
 # Usage: scripts/tsan.sh [gtest filter]
 set -euo pipefail
 cd "$(dirname "$0")/.."
+bash scripts/deps.sh
 dir=build/tsan
 cmake -S . -B "$dir" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DLM_SANITIZE=thread \
     -DLM_BUILD_BENCH=OFF -DLM_BUILD_TOOLS=OFF -DLM_BUILD_JAVA=OFF >/dev/null
