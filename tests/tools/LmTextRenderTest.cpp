@@ -46,17 +46,6 @@ TEST(LmTextRender, ColoursKeepTheirChannels)
         }
     EXPECT_TRUE(sawRed);
     EXPECT_TRUE(sawBlack);
-
-    // Blue text alone: no red or green creeps in from a swapped byte order.
-    Png blue = render("blue.png", {"-t", "Ho", "-s", "40", "-c", "#0000FF"});
-    bool sawBlue = false;
-    for (size_t i = 0; i < blue.rgba.size(); i += 4) {
-        if (!blue.rgba[i + 3]) continue;
-        ASSERT_EQ(blue.rgba[i], 0);
-        ASSERT_EQ(blue.rgba[i + 1], 0);
-        sawBlue = sawBlue || (blue.rgba[i + 2] == 255 && blue.rgba[i + 3] == 255);
-    }
-    EXPECT_TRUE(sawBlue);
 }
 
 TEST(LmTextRender, BitmapIsTheViewGrownByTheEffectMargins)
