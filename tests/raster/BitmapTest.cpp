@@ -74,9 +74,8 @@ TEST(LmBitmap, AbsurdSizesFailAsNullPixelsWithoutWrapping)
 
 TEST(LmSqrt, FastSquareRootAndTable)
 {
-    EXPECT_NEAR(2.0f, fsqrt(4.0f), 2.0f * 0.002f);
     EXPECT_EQ(0.0f, fsqrt(0.0f));
-    for (float v : {0.25f, 2.0f, 10.0f, 5489.0f}) EXPECT_NEAR(std::sqrt(v), fsqrt(v), std::sqrt(v) * 0.002f);
+    for (float v : {0.25f, 2.0f, 4.0f, 10.0f, 5489.0f}) EXPECT_NEAR(std::sqrt(v), fsqrt(v), std::sqrt(v) * 0.002f);
 
     // Entries are the three-decimal roundings, not the exact roots.
     const float table[][2] = {{0, 0.0f}, {2, 1.414f}, {3, 1.732f}, {5489, 74.088f}};

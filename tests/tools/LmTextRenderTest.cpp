@@ -30,49 +30,6 @@ std::string sceneFile(const std::string& name)
     return LmTest::sourceDir() + "/tools/scenes/" + name;
 }
 
-TEST(LmTextRender, ColoursKeepTheirChannels)
-{
-    // Black text with a red outline: every inked pixel is a shade between red and black.
-    Png red = render("red.png", {"-t", "Ho", "-s", "40", "--stroke", "size=4,color=#FF0000,position=outside"});
-    bool sawRed = false, sawBlack = false;
-    for (unsigned y = 0; y < red.height; ++y)
-        for (unsigned x = 0; x < red.width; ++x) {
-            const unsigned char* p = red.at(x, y);
-            if (!p[3]) continue;
-            ASSERT_EQ(p[1], 0) << x << "," << y;
-            ASSERT_EQ(p[2], 0) << x << "," << y;
-            sawRed = sawRed || (p[0] == 255 && p[3] == 255);
-            sawBlack = sawBlack || (p[0] == 0 && p[3] == 255);
-        }
-    EXPECT_TRUE(sawRed);
-    EXPECT_TRUE(sawBlack);
-
-    // Blue text alone: no red or green creeps in from a swapped byte order.
-    Png blue = render("blue.png", {"-t", "Ho", "-s", "40", "-c", "#0000FF"});
-    bool sawBlue = false;
-    for (size_t i = 0; i < blue.rgba.size(); i += 4) {
-        if (!blue.rgba[i + 3]) continue;
-        ASSERT_EQ(blue.rgba[i], 0);
-        ASSERT_EQ(blue.rgba[i + 1], 0);
-        sawBlue = sawBlue || (blue.rgba[i + 2] == 255 && blue.rgba[i + 3] == 255);
-    }
-    EXPECT_TRUE(sawBlue);
-}
-
-TEST(LmTextRender, BitmapIsTheViewGrownByTheEffectMargins)
-{
-    Png plain = render("view.png", {"-t", "Hi", "-W", "200", "-H", "80"});
-    EXPECT_EQ(plain.width, 200u);
-    EXPECT_EQ(plain.height, 80u);
-
-    // A shadow lit from angle 0 at distance 5 with blur 3 grows the left side by 8 and the top
-    // and bottom by 3.
-    Png shadow = render("shadow.png", {"-t", "Hi", "-W", "200", "-H", "80", "--outer-shadow",
-                                       "angle=0,distance=5,size=3"});
-    EXPECT_EQ(shadow.width, 208u);
-    EXPECT_EQ(shadow.height, 86u);
-}
-
 TEST(LmTextRender, SceneFileAndCommandLineDescribeTheSameRender)
 {
     LmTest::writeText(kDir + "same.json", std::string(R"({"text": "Same", "font": ")") + kToolFont +
@@ -117,35 +74,17 @@ TEST(LmTextRender, KeyIsTheLibrarysKeyInHex)
     EXPECT_EQ(r.out, hex + "\n");
 }
 
-TEST(LmTextRender, LinesFitWrapAndFollowTheGravity)
+TEST(LmTextRender, MaxLinesAndTopLeftGravity)
 {
-    Png one = render("one.png", {"-t", "Ag"});
-    Png two = render("two.png", {"-t", "Ag\\nAg"});
-    Png spaced = render("spaced.png", {"-t", "Ag\\nAg", "--line-spacing", "2"});
-    EXPECT_EQ(one.width, two.width);
-    EXPECT_GT(two.height, one.height * 3 / 2);
-    EXPECT_GT(spaced.height, two.height);
-
-    // Wrapped lines stay inside the view width and add lines.
-    Png wrapped = render("wrapped.png", {"-t", "one two three four five six", "-W", "150", "--wrap"});
-    EXPECT_EQ(wrapped.width, 150u);
-    EXPECT_GT(wrapped.height, one.height * 2);
-    EXPECT_LE(inkBox(wrapped)[2], 150u);
-
-    // Only the first line is drawn when one is allowed, though the view fits all three.
+    // Colours, effect margins, fixed views, wrapping, line spacing and the centred and
+    // bottom-right gravities are in the scenes' golden images.
     Png limited = render("limited.png", {"-t", "Ag\\nAg\\nAg", "--max-lines", "1"});
-    EXPECT_LT(inkBox(limited)[3], limited.height / 3 + 2);
-
-    Png topLeft = render("tl.png", {"-t", "Ag", "-W", "300", "-H", "150", "-g", "left|top"});
-    Png bottomRight = render("br.png", {"-t", "Ag", "-W", "300", "-H", "150", "-g", "right|bottom"});
-    Png centre = render("c.png", {"-t", "Ag", "-W", "300", "-H", "150", "-g", "center"});
-    std::vector<unsigned> tl = inkBox(topLeft), br = inkBox(bottomRight), c = inkBox(centre);
+    EXPECT_LT(inkBox(limited)[3], limited.height / 3 + 2);  // though the view fits all three
+    const Png view = render("tl.png", {"-t", "Ag", "-W", "300", "-H", "150", "-g", "left|top"});
+    EXPECT_EQ(std::make_pair(300u, 150u), std::make_pair(view.width, view.height));
+    const std::vector<unsigned> tl = inkBox(view);
     EXPECT_LT(tl[0], 10u);
     EXPECT_LT(tl[1], 20u);
-    EXPECT_GT(br[2], 290u);
-    EXPECT_GT(br[3], 130u);
-    EXPECT_NEAR((c[0] + c[2]) / 2.0, 150.0, 4.0);
-    EXPECT_NEAR((c[1] + c[3]) / 2.0, 75.0, 8.0);
 }
 
 TEST(LmTextRender, BackgroundFillsTheWholeImage)
