@@ -44,8 +44,9 @@ void Widen(unsigned char* out, const unsigned char* in, size_t count, bool withC
         hn::StoreU(v, d, out + i);
     }
     for (; i < count; ++i) {
-        unsigned char v = in[i - 1] > in[i + 1] ? in[i - 1] : in[i + 1];
-        if (withCentre && in[i] > v) v = in[i];
+        const unsigned char* p = in + i; // p[-1] stays a signed offset
+        unsigned char v = p[-1] > p[1] ? p[-1] : p[1];
+        if (withCentre && p[0] > v) v = p[0];
         out[i] = v;
     }
 }
@@ -67,8 +68,10 @@ void SumTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t count, con
         hn::StoreU(sum, d, acc + i);
     }
     for (; i < count; ++i) {
-        int sum = c[i] * weights[0];
-        for (int t = 1; t <= R; ++t) sum += (c[i + t * step] + c[i - t * step]) * weights[t];
+        // Offsets stay signed: a tap above the row is a negative step from the pixel.
+        const unsigned char* p = c + i;
+        int sum = p[0] * weights[0];
+        for (int t = 1; t <= R; ++t) sum += (p[t * step] + p[-t * step]) * weights[t];
         acc[i] = sum;
     }
 }
@@ -157,8 +160,9 @@ void LmRowOps::raise(unsigned char* out, const unsigned char* m, size_t count, u
 void LmRowOps::widen(unsigned char* out, const unsigned char* in, size_t count, bool withCentre)
 {
     for (size_t i = 0; i < count; ++i) {
-        unsigned char v = in[i - 1] > in[i + 1] ? in[i - 1] : in[i + 1];
-        if (withCentre && in[i] > v) v = in[i];
+        const unsigned char* p = in + i; // p[-1] stays a signed offset
+        unsigned char v = p[-1] > p[1] ? p[-1] : p[1];
+        if (withCentre && p[0] > v) v = p[0];
         out[i] = v;
     }
 }
@@ -167,7 +171,10 @@ void LmRowOps::sumTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t 
 {
     for (size_t i = 0; i < count; ++i) acc[i] = c[i] * weights[0];
     for (int t = 1; t <= R; ++t)
-        for (size_t i = 0; i < count; ++i) acc[i] += (c[i + t * step] + c[i - t * step]) * weights[t];
+        for (size_t i = 0; i < count; ++i) {
+            const unsigned char* p = c + i; // taps above are negative offsets
+            acc[i] += (p[t * step] + p[-t * step]) * weights[t];
+        }
 }
 
 void LmRowOps::spread(unsigned char* out, const unsigned char* above, const unsigned char* row,

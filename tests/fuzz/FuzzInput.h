@@ -42,12 +42,13 @@ inline const uint32_t* renderSmall(LmFontEffect::LmTextObject& object, int viewW
     LmFontEffect::LmView* view = object.GetView();
     if (!effect || !view || view->SetSize(viewW, viewH) != 1) return nullptr;
     // Margins past a few thousand pixels only make the run slow, not different.
-    int w = viewW + effect->getLeftOffset() + effect->getRightOffset();
-    int h = viewH + effect->getTopOffset() + effect->getBottomOffset();
+    // Margins saturate at the int range: add them in 64 bits.
+    const long long w = (long long)viewW + effect->getLeftOffset() + effect->getRightOffset();
+    const long long h = (long long)viewH + effect->getTopOffset() + effect->getBottomOffset();
     if (w > 2048 || h > 2048) return nullptr;
-    view->SetBitmapWidth(w);
-    view->SetBitmapHeight(h);
-    return object.RenderTextEffect(w, h);
+    view->SetBitmapWidth((int)w);
+    view->SetBitmapHeight((int)h);
+    return object.RenderTextEffect((int)w, (int)h);
 }
 
 
