@@ -7,6 +7,7 @@
 #include "foundation/LmConvert.h"
 #include "raster/LmBitmap.h"
 #include "raster/LmBlender.h"
+#include "raster/LmRowOps.h"
 
 #include <algorithm>
 #include <cstring>
@@ -56,21 +57,21 @@ int drawGlyphsFlat(LmMaskBox& box, unsigned colour)
 }
 
 // Horizontal blur of the inverse of B into C, only where the shifted vertical pass will read;
-// taps beyond the row count as fully outside the glyph.
-void blurInverseRows(const unsigned char* B, unsigned char* C, int64_t Wp, int h, const Shift& s, const Kernel& k)
+// taps beyond the row count as fully outside the glyph: c = (255 * sum - taps of b) / sum, the
+// taps summed over a copy of the row framed by R empty bytes (pad, Wp + 2R bytes; acc, Wp ints).
+void blurInverseRows(const unsigned char* B, unsigned char* C, int64_t Wp, int h, const Shift& s, const Kernel& k,
+                     unsigned char* pad, int* acc)
 {
     const Span rows = readSpan(s.dy, s.R, h);
     const Span cols = readSpan(s.dx, s.R, Wp);
+    if (cols.end <= cols.begin) return;
     const int64_t R = k.R;
+    std::memset(pad, 0, (size_t)(Wp + 2 * R));
     for (int64_t y = rows.begin; y < rows.end; ++y) {
-        const unsigned char* b = B + y * Wp;
+        std::memcpy(pad + R, B + y * Wp, (size_t)Wp);
+        LmRowOps::sumTaps(acc, pad + R + cols.begin, 1, (size_t)(cols.end - cols.begin), k.weights, k.R);
         unsigned char* c = C + y * Wp;
-        for (int64_t x = cols.begin; x < cols.end; ++x) {
-            int acc = 255 * k.sum;
-            const int64_t i0 = std::max<int64_t>(-R, -x), i1 = std::min<int64_t>(R, Wp - 1 - x);
-            for (int64_t i = i0; i <= i1; ++i) acc -= k.weights[i < 0 ? -i : i] * b[x + i];
-            c[x] = (unsigned char)(acc / k.sum);
-        }
+        for (int64_t x = cols.begin; x < cols.end; ++x) c[x] = (unsigned char)((255 * k.sum - acc[x - cols.begin]) / k.sum);
     }
 }
 
@@ -94,30 +95,26 @@ void fillBeyondReach(unsigned char* A, int w, int h, const Shift& s, Span* rows,
     }
 }
 
-// Vertical blur of C with the shift into A, one column at a time, kept where B has coverage:
-// D is the column of C framed by 2R bytes of full inverse, read around row y - dy.
-void blurColumnsShifted(const unsigned char* B, const unsigned char* C, unsigned char* D, unsigned char* A, int w,
-                        int h, const Shift& s, const Kernel& k, const Span& rows, const Span& cols)
+// Vertical blur of C with the shift into A, kept where B has coverage. F is C framed by 2R rows
+// of full inverse above and below ((h + 4R) x Wp); output row y taps around row y - dy of C.
+void blurColumnsShifted(const unsigned char* B, const unsigned char* C, unsigned char* F, int* acc, unsigned char* A,
+                        int w, int h, const Shift& s, const Kernel& k, const Span& rows, const Span& cols)
 {
     const int R = k.R;
     const int64_t Wp = w + 2 * (int64_t)R, R2 = 2 * (int64_t)R;
-    for (int64_t x = cols.begin; x < cols.end; ++x) {
-        std::memset(D, 255, (size_t)R2);
-        std::memset(D + R2 + h, 255, (size_t)R2);
-        const unsigned char* c = C + (R + x - s.dx);
-        for (int64_t y = 0; y < h; ++y) D[R2 + y] = c[y * Wp];
-        for (int64_t y = rows.begin; y < rows.end; ++y) {
-            unsigned char& a = A[y * w + x];
+    std::memset(F, 255, (size_t)(R2 * Wp));
+    std::memcpy(F + R2 * Wp, C, (size_t)(h * Wp));
+    std::memset(F + (R2 + h) * Wp, 255, (size_t)(R2 * Wp));
+    if (cols.end <= cols.begin) return;
+    const size_t n = (size_t)(cols.end - cols.begin);
+    for (int64_t y = rows.begin; y < rows.end; ++y) {
+        const unsigned char* centre = F + (R2 + y - s.dy) * Wp + (R - s.dx) + cols.begin;
+        LmRowOps::sumTaps(acc, centre, (ptrdiff_t)Wp, n, k.weights, R);
+        const unsigned char* b = B + y * Wp + R;
+        unsigned char* a = A + y * w;
+        for (int64_t x = cols.begin; x < cols.end; ++x)
             // Only a zero test: partial coverage at the edge does not scale the shadow.
-            if (B[y * Wp + R + x] == 0) {
-                a = 0;
-                continue;
-            }
-            const unsigned char* t = D + R2 + y - s.dy;
-            int acc = t[0] * k.weights[0];
-            for (int i = 1; i <= R; ++i) acc += (t[i] + t[-i]) * k.weights[i];
-            a = (unsigned char)(acc / k.sum);
-        }
+            a[x] = b[x] == 0 ? 0 : (unsigned char)(acc[x - cols.begin] / k.sum);
     }
 }
 
@@ -167,17 +164,19 @@ int LmInnerShadow::doPostProcessing(ParamPostProcessing* pp)
     LmMaskBox::Block<unsigned char> B = LmMaskBox::allocate<unsigned char>(Wp * h, true);
     LmMaskBox::Block<int> weights = LmMaskBox::allocate<int>(R + 1, false);
     LmMaskBox::Block<unsigned char> C = LmMaskBox::allocate<unsigned char>(Wp * h, true);
-    LmMaskBox::Block<unsigned char> D = LmMaskBox::allocate<unsigned char>(4 * (int64_t)R + h + 2, false);
-    if (!A || !B || !weights || !C || !D) return 0;
+    LmMaskBox::Block<unsigned char> F = LmMaskBox::allocate<unsigned char>(Wp * (h + 4 * (int64_t)R), false);
+    LmMaskBox::Block<unsigned char> pad = LmMaskBox::allocate<unsigned char>(Wp + 2 * (int64_t)R, false);
+    LmMaskBox::Block<int> acc = LmMaskBox::allocate<int>(Wp, false);
+    if (!A || !B || !weights || !C || !F || !pad || !acc) return 0;
     Kernel kernel{weights.get(), 0, R};
     computeGaussianWeights(kernel.weights, &kernel.sum, R);
     // B: each text row with R empty pixels either side, no extra rows.
     box.copyTo(B.get(), Wp, R, 0);
 
-    blurInverseRows(B.get(), C.get(), Wp, h, shift, kernel);
+    blurInverseRows(B.get(), C.get(), Wp, h, shift, kernel, pad.get(), acc.get());
     Span rows(0, h, h), cols(0, w, w);
     fillBeyondReach(A.get(), w, h, shift, &rows, &cols);
-    blurColumnsShifted(B.get(), C.get(), D.get(), A.get(), w, h, shift, kernel, rows, cols);
+    blurColumnsShifted(B.get(), C.get(), F.get(), acc.get(), A.get(), w, h, shift, kernel, rows, cols);
 
     LmBlender::drawBitmapBlend8(box.left, box.top, box.target, A.get(), w, h, w, property->colour, LME_BLEND_DST_OVER);
     return 1;
