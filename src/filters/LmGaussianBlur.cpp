@@ -47,7 +47,7 @@ struct Divider {
 
 } // namespace
 
-void LmGaussianBlur::verticalRow(const unsigned char* src, long stride, int y, int x0, int x1,
+void LmGaussianBlur::verticalRow(const unsigned char* src, ptrdiff_t stride, int y, int x0, int x1,
                                  const int* weights, int sum, int R, unsigned char* row)
 {
     const unsigned char* centre = src + (int64_t)y * stride;
@@ -77,7 +77,7 @@ void LmGaussianBlur::blur(const unsigned char* src, unsigned char* dst, unsigned
                           const int* weights, int sum)
 {
     if (W <= 0 || H <= 0) return;
-    const long stride = W;
+    const ptrdiff_t stride = W;
     if (W <= 2 * R || H <= 2 * R) {
         // All frame, nothing to blur.
         std::memset(dst, 0, (size_t)stride * (size_t)H);

@@ -1,6 +1,8 @@
 #ifndef LMFONTEFFECT_FILTERS_LMGAUSSIANBLUR_H
 #define LMFONTEFFECT_FILTERS_LMGAUSSIANBLUR_H
 
+#include <cstddef>
+
 namespace LmFontEffect {
 
 // The integer Gaussian blur of the shadow and glow filters. Weights are fixed point: weights[0]
@@ -19,7 +21,7 @@ public:
     // The row passes take non-negative weights whose taps sum below 2^31.
     // Vertical taps of column x = x0..x1-1 around row y of src (row stride `stride`), each
     // acc / sum, into row[x]. The caller keeps rows y-R..y+R inside src.
-    static void verticalRow(const unsigned char* src, long stride, int y, int x0, int x1, const int* weights,
+    static void verticalRow(const unsigned char* src, ptrdiff_t stride, int y, int x0, int x1, const int* weights,
                             int sum, int R, unsigned char* row);
     // Horizontal taps of row around x = x0..x1-1, each min(acc / sum, 255), into out[x].
     static void horizontalRow(const unsigned char* row, int x0, int x1, const int* weights, int sum, int R,
