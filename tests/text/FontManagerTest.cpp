@@ -73,13 +73,12 @@ TEST_F(FontManagerTest, MissingRandomTruncatedAndEmptyFontsAreRefused)
 {
     LogCapture log;
     EXPECT_FALSE(fm->AddMinikinFont(kMissing, nullptr, 0, 0, true));
-    EXPECT_TRUE(log.contains("LmFontManager", std::string("Failed to open ") + kMissing + " as a font"));
-    EXPECT_TRUE(log.contains("LmFontManager", "AddMinikinFont() - Fail to get font"));
+    const std::string openFailed = std::string("Failed to open ") + kMissing + " as a font";
+    EXPECT_TRUE(log.contains("LmFontManager", openFailed));
     log.clear();
     EXPECT_FALSE(fm->AddMinikinFont(kMissing, nullptr, 0, 0, true));  // the failed file is not retried
-    EXPECT_FALSE(log.containsMessage(std::string("Failed to open ") + kMissing + " as a font"));
+    EXPECT_FALSE(log.containsMessage(openFailed));
     EXPECT_FALSE(fm->AddMinikinFont((LmString*)nullptr, new char[4](), 4, 0, true));
-    EXPECT_TRUE(log.contains("LmFontManager", "AddMinikinFont() - path is NULL"));
 
     std::vector<unsigned char> bytes = readFileBytes(kSansPath);
     std::vector<unsigned char> noise(bytes.size());
@@ -88,7 +87,6 @@ TEST_F(FontManagerTest, MissingRandomTruncatedAndEmptyFontsAreRefused)
     EXPECT_FALSE(fm->AddMinikinFont("random", handOver(noise, noise.size()), (unsigned)noise.size(), 0, true));
     EXPECT_FALSE(fm->AddMinikinFont("truncated", handOver(bytes, 2048), 2048, 0, true));
     EXPECT_FALSE(fm->AddMinikinFont("empty", new char[1](), 0, 0, true));
-    EXPECT_TRUE(log.contains("LmFontManager", "AddMinikinFont() - Fail to create typeface"));
     EXPECT_TRUE(impl()->fontMap.empty());
 
     // The same from files on disk.
