@@ -1,8 +1,6 @@
 #include "text/TextTestSupport.h"
 
-#include "effect/LmEffect.h"
 #include "text/LmFontFamily.h"
-#include "text/LmView.h"
 
 #include <cmath>
 #include <cstdlib>
@@ -40,17 +38,7 @@ protected:
         object.GetView()->gravity = gravity;
     }
 
-    // Renders as the bridge does: the bitmap is the view plus the stack's margins.
-    const uint32_t* render(LmTextObject& object)
-    {
-        LmView* view = object.GetView();
-        LmEffect* effect = object.GetEffect();
-        bw = view->GetWidth() + effect->getLeftOffset() + effect->getRightOffset();
-        bh = view->GetHeight() + effect->getTopOffset() + effect->getBottomOffset();
-        view->SetBitmapWidth(bw);
-        view->SetBitmapHeight(bh);
-        return object.RenderTextEffect(bw, bh);
-    }
+    const uint32_t* render(LmTextObject& object) { return renderWithMargins(object, &bw, &bh); }
 
     // Every pixel against the masks: the text colour where fully covered, transparency where not
     // covered, and edge alpha following coverage (the colour loses precision when the stack
@@ -70,7 +58,7 @@ protected:
         for (int y = 0; y < bh; y++) {
             for (int x = 0; x < bw; x++) {
                 const int c = cover[(size_t)y * bw + x];
-                const uint32_t p = pixelAt(px, bw, x, y);
+                const uint32_t p = px[(size_t)y * bw + x];  // ARGB
                 const bool ok = c == 255 ? p == kTextColour : c <= 0 ? p == 0 : std::abs((int)(p >> 24) - c) <= 2;
                 if (!ok && ++mismatches <= 5) ADD_FAILURE() << "pixel (" << x << ", " << y << ") = " << std::hex << p
                                                             << " coverage " << std::dec << c;
@@ -177,7 +165,7 @@ TEST_F(EndToEnd, EachGravityClipsToItsRectangle)
         for (int y = 0; y < bh; y++) {
             for (int x = 0; x < bw; x++) {
                 const bool inside = x >= c.l && x < c.r && y >= c.t && y < c.b;
-                ASSERT_EQ(inside, (pixelAt(px, bw, x, y) >> 24) != 0)
+                ASSERT_EQ(inside, (px[(size_t)y * bw + x] >> 24) != 0)
                     << "gravity " << std::hex << c.gravity << std::dec << " at (" << x << ", " << y << ")";
             }
         }

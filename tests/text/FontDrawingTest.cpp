@@ -1,14 +1,11 @@
 #include "text/TextTestSupport.h"
 
-#include "effect/LmEffect.h"
 #include "effect/LmGlyph.h"
 #include "foundation/Error.h"
 #include "foundation/LmLog.h"
-#include "foundation/LmString.h"
 #include "raster/LmBitmap.h"
 #include "support/TestSupport.h"
 #include "text/LmFontDrawing.h"
-#include "text/LmView.h"
 
 #include <climits>
 #include <tuple>
@@ -36,12 +33,6 @@ std::string row(const LmBitmap* mask, int y, int width)
     std::string s;
     for (int x = 0; x < width; x++) s += mask->pixels[(size_t)y * mask->width + x] ? '#' : '.';
     return s;
-}
-
-LmLayout layoutOf(const std::u16string& text, const LmPaint& paint, const LmTypeface* typeface = sansOnly())
-{
-    std::vector<uint16_t> units = utf16(text);
-    return LmLayoutUtils::doLayout(paint, 2, typeface, units.data(), units.size(), 0, units.size(), 0, units.size());
 }
 
 class FontDrawing : public ::testing::Test {
@@ -124,23 +115,6 @@ TEST_F(FontDrawing, MissingTextLeavesTheTargetAlone)
     object.GetFont()->DrawTextEffect(&object, nullptr);
 }
 
-TEST_F(FontDrawing, TwoFontRunsShareOneMaskAndLeaveThePaintAlone)
-{
-    // The Han glyph, drawn by the second run, inks the right third of the line's one mask; the
-    // object's paint keeps what the per-run settings changed.
-    freshFontManager(true);
-    LmTextObject object;
-    LmPaint paint = paintOf(40.0f);
-    paint.setTextSkewX(-0.2f);
-    const LmGlyph* g = drawLine(object, L"ab\u4E2D", 3, paint);
-    ASSERT_NE(nullptr, g);
-    int hanInk = 0;
-    for (uint32_t y = 0; y < g->height; y++)
-        for (uint32_t x = g->width * 2 / 3; x < g->width; x++) hanInk += g->pixels[(size_t)y * g->width + x] != 0;
-    EXPECT_GT(hanInk, 50);
-    EXPECT_FLOAT_EQ(-0.2f, object.GetPaint().getTextSkewX());
-}
-
 TEST_F(FontDrawing, LineBoxesSaturateAndARepeatedRenderRepeatsItsPixels)
 {
     // A pen x near INT_MAX, or an advance saturated by a huge letter spacing, must not wrap;
@@ -205,7 +179,8 @@ TEST_F(FontDrawing, WholeInkMasksSpanTheOutlinesOwnBounds)
         object.RenderTextEffect(200, 80);
         const LmGlyph* g = static_cast<const LmGlyph*>(object.GetFont()->GetGlyphList()->Get(0));
         auto typeface = LmTypeface::createFromFamilies({familyOf(c.first)}, 400, c.second);
-        const LmLayout layout = layoutOf(u"jf", paintOf(300.0f), typeface.get());
+        const uint16_t jf[] = {'j', 'f'};
+        const LmLayout layout = LmLayoutUtils::doLayout(paintOf(300.0f), 2, typeface.get(), jf, 2, 0, 2, 0, 2);
         ASSERT_GT(layout.getBounds().right, layout.getAdvance() + 10.0f);
         EXPECT_EQ((int)layout.getBounds().left, g->leftBearing) << c.first;
         EXPECT_EQ((uint32_t)(layout.getBounds().right - layout.getBounds().left), g->width) << c.first;
