@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <random>
 
 using namespace LmFontEffect;
 using namespace LmTest;
@@ -88,8 +87,7 @@ TEST(PlatformCanvas, SourceOverOfUnpremultipliedColours)
     // Each case paints the colours in turn over a transparent pixel.
     const struct { std::vector<uint32_t> colours; uint32_t want; } cases[] = {
         {{0xFF0000FFu, 0x80FF0000u}, 0x80007FFFu},  // half red over blue: alpha stays opaque
-        {{0x40336699u}, 0x33669940u},               // over transparent the colour keeps its alpha
-        {{0x40336699u, 0x40336699u}, 0x33669970u},  // half over half: alpha 64 + 64 * 191 / 255
+        {{0x40336699u, 0x40336699u}, 0x33669970u},  // quarter over quarter
         {{0x40336699u, 0x00FFFFFFu}, 0x33669940u},  // fully transparent paint changes nothing
     };
     for (const auto& c : cases) {
@@ -110,7 +108,7 @@ TEST(PlatformCanvas, ImageDrawAtIntegerOffsetsClipped)
     r.canvas.drawImage(img.data(), 3, 2, 2, 3);  // hangs off the right and bottom edges
     r.canvas.drawImage(img.data(), 3, 2, -2, -1);  // and off the left and top
     EXPECT_EQ(0x140000FFu, r.rgba(3, 3));
-    EXPECT_EQ("#...", r.row(0));
+    EXPECT_EQ(0x3C0000FFu, r.rgba(0, 0));
     EXPECT_EQ("..##", r.row(3));
     // Degenerate images and far offsets draw nothing.
     Raster e(4, 4);
@@ -149,12 +147,7 @@ TEST(PlatformFont, RejectsUnusableBytesWithoutCrashing)
     EXPECT_EQ(nullptr, LmPlatformFont::MakeFromData(good.data(), good.size(), -1));  // a query, not an index
     EXPECT_EQ(nullptr, LmPlatformFont::MakeFromData(good.data(), good.size(), 0x10000));
     EXPECT_EQ(nullptr, LmPlatformFont::MakeFromData(good.data(), 11, 0));
-
-    std::mt19937 rng(7);
-    std::vector<unsigned char> noise(20000);
-    for (auto& b : noise) b = (unsigned char)rng();
-    EXPECT_EQ(nullptr, LmPlatformFont::MakeFromData(noise.data(), noise.size(), 0));
-    // Truncated and damaged fonts that open are drawn in the end-to-end bad-font test.
+    // Random bytes: font manager test; damaged fonts that open: end-to-end bad-font test.
 }
 
 TEST(PlatformFont, GlyphBoundsHoldTheDrawnInk)
