@@ -61,7 +61,6 @@ protected:
 TEST(FontDrawingContext, StartsAtTheNewlineBeforeTheLine)
 {
     const char16_t text[] = u"ab\ncd\r\nef";
-    EXPECT_EQ(0, LmFontDrawing::FindContextStart(text, 0));
     EXPECT_EQ(0, LmFontDrawing::FindContextStart(text, 1));
     EXPECT_EQ(2, LmFontDrawing::FindContextStart(text, 3));  // right after the newline
     EXPECT_EQ(2, LmFontDrawing::FindContextStart(text, 2));  // the newline itself
