@@ -61,7 +61,6 @@ TEST(TextObject, FontSettersRegisterWithTheFontManager)
     ASSERT_EQ(object.Construct(), 1);
     EXPECT_FAILS(0, 7, object.SetFont(nullptr));
     EXPECT_EQ(object.SetFontFamilyName(nullptr), 0);
-    EXPECT_EQ(object.SetFont("/nonexistent/font.ttf"), 0);
     EXPECT_EQ(object.GetFont()->GetFontPath(), nullptr);
 
     ASSERT_EQ(object.SetFont(kSansPath), 1);
