@@ -2,6 +2,7 @@
 
 #include "foundation/NativeError.h"
 #include "platform/LmLocaleListRegistry.h"
+#include "support/TestSupport.h"
 #include "text/LmFontDrawing.h"
 #include "text/LmScriptLocales.h"
 #include "text/LmView.h"
@@ -78,9 +79,11 @@ TEST(View, NegativeSizesAreRefusedAndLeaveValuesZeroIsAccepted)
 {
     LmView view;
     ASSERT_TRUE(view.SetSize(20, 30) && view.SetBitmapWidth(40) && view.SetBitmapHeight(50));
+    LogCapture log;
     EXPECT_EQ(view.SetSize(-1, 5), 0);
     EXPECT_EQ(view.SetBitmapWidth(-1), 0);
     EXPECT_EQ(view.SetBitmapHeight(-7), 0);
+    EXPECT_TRUE(log.contains("LmView", "SetBitmapWidht() - width[-1] is invalid"));  // spelt so by the system
     EXPECT_EQ(view.GetWidth(), 20);
     EXPECT_EQ(view.GetHeight(), 30);
     EXPECT_EQ(view.GetDrawingBitmapSize()[0], 40);
