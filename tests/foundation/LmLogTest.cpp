@@ -62,10 +62,8 @@ TEST_F(LmLogTest, LevelMaskPrioritiesAndFileNames)
     log.clear();
     LmLog::printLog(LM_LOG_INFO, "dir.v2/LmText.cpp", "x");
     LmLog::printLog(LM_LOG_INFO, "Makefile", "y");
-    LmLog::printLog(LM_LOG_INFO, "", "z");
     EXPECT_TRUE(log.containsMessage("[dir.v2/LmText] x \n"));
     EXPECT_TRUE(log.containsMessage("[Makefile] y \n"));
-    EXPECT_TRUE(log.containsMessage("[] z \n"));
     log.clear();
     std::string name(255, 'n');
     LmLog::printLog(LM_LOG_INFO, name.c_str(), "kept");

@@ -32,12 +32,7 @@ bool LogCapture::containsMessage(const std::string& message) const
 std::string sourceDir()
 {
     const char* env = std::getenv("LM_TEST_SOURCE_DIR");
-    if (env && *env) return env;
-#ifdef LM_TEST_SOURCE_DIR
-    return LM_TEST_SOURCE_DIR;
-#else
-    return "tests";
-#endif
+    return env && *env ? env : LM_TEST_SOURCE_DIR;  // the build defines it for every test program
 }
 
 } // namespace LmTest

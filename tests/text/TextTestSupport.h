@@ -1,6 +1,7 @@
 #ifndef LMFONTEFFECT_TESTS_TEXT_TEXTTESTSUPPORT_H
 #define LMFONTEFFECT_TESTS_TEXT_TEXTTESTSUPPORT_H
 
+#include "effect/LmEffect.h"
 #include "foundation/List.h"
 #include "foundation/LmString.h"
 #include "platform/LmAlphaCanvas.h"
@@ -15,11 +16,11 @@
 #include "text/LmFontFamily.h"
 #include "text/LineInfo.h"
 #include "text/LmTextObject.h"
+#include "text/LmView.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <cstdio>
 #include <fstream>
 #include <iterator>
 #include <map>
@@ -87,14 +88,6 @@ inline LmFontEffect::LmPaint paintOf(float size)
     LmFontEffect::LmPaint paint;
     paint.setTextSize(size);
     return paint;
-}
-
-// A pointer as the log lines print it.
-inline std::string ptr(const void* p)
-{
-    char text[32];
-    std::snprintf(text, sizeof text, "%p", p);
-    return text;
 }
 
 // A system family record as the bridge builds it, every font weight 500 and italic.
@@ -186,8 +179,18 @@ inline LineMask expectedLineMask(const std::u16string& text, size_t start, size_
     return m;
 }
 
-// ARGB of an output pixel (the output is handed to Java as ARGB ints).
-inline uint32_t pixelAt(const uint32_t* pixels, int width, int x, int y) { return pixels[(size_t)y * width + x]; }
+// Renders as the bridge does: the bitmap is the view plus the effect's margins, its size
+// returned through w and h.
+inline const uint32_t* renderWithMargins(LmFontEffect::LmTextObject& object, int* w, int* h)
+{
+    LmFontEffect::LmView* view = object.GetView();
+    LmFontEffect::LmEffect* effect = object.GetEffect();
+    *w = view->GetWidth() + effect->getLeftOffset() + effect->getRightOffset();
+    *h = view->GetHeight() + effect->getTopOffset() + effect->getBottomOffset();
+    view->SetBitmapWidth(*w);
+    view->SetBitmapHeight(*h);
+    return object.RenderTextEffect(*w, *h);
+}
 
 } // namespace LmTest
 

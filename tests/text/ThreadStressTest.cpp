@@ -1,7 +1,5 @@
 #include "text/TextTestSupport.h"
 
-#include "effect/LmEffect.h"
-#include "text/LmView.h"
 
 #include <atomic>
 #include <chrono>
@@ -37,13 +35,8 @@ void work(int id, const std::vector<unsigned char>& bytes, const std::atomic<boo
         object.SetTextColor(0xFF102030u);
         if (round % 2) object.GetEffect()->addOuterShadowText(45.0f, 3.0f, 2.0f, 0xFF000000u, 0.5f);
         giveLines(object, {newLine(2, 30, 0, (int)std::wcslen(text))});
-        LmEffect* effect = object.GetEffect();
-        int w = 200 + effect->getLeftOffset() + effect->getRightOffset();
-        int h = 50 + effect->getTopOffset() + effect->getBottomOffset();
-        ok = ok && object.GetView()->SetSize(200, 50) == 1;
-        object.GetView()->SetBitmapWidth(w);
-        object.GetView()->SetBitmapHeight(h);
-        ok = ok && object.RenderTextEffect(w, h) != nullptr;
+        int w, h;
+        ok = ok && object.GetView()->SetSize(200, 50) == 1 && renderWithMargins(object, &w, &h) != nullptr;
         if (!ok) failures.fetch_add(1);
     }
 }
