@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 
 namespace LmFontEffect {
@@ -124,26 +125,89 @@ void LmGlow::makeColorLUT(unsigned int* table, float range, int curve) const
     table[256] = 0;
 }
 
+namespace {
+
+// Columns [lo, hi) of a row that a spread pass changed; lo >= hi when none.
+struct Span {
+    int lo, hi;
+};
+
+// The first and one past the last column in [from, to) where a and b differ.
+Span difference(const unsigned char* a, const unsigned char* b, int from, int to)
+{
+    uint64_t u, v;
+    int lo = from, hi = to;
+    for (; lo + 8 <= to; lo += 8) {
+        std::memcpy(&u, a + lo, 8);
+        std::memcpy(&v, b + lo, 8);
+        if (u != v) break;
+    }
+    while (lo < to && a[lo] == b[lo]) ++lo;
+    if (lo == to) return Span{0, 0};
+    for (; hi - 8 >= lo; hi -= 8) {
+        std::memcpy(&u, a + hi - 8, 8);
+        std::memcpy(&v, b + hi - 8, 8);
+        if (u != v) break;
+    }
+    while (a[hi - 1] == b[hi - 1]) --hi;
+    return Span{lo, hi};
+}
+
+} // namespace
+
 void LmGlow::increaseByBoxFilter(unsigned char* image, int passes, int width, int height)
 {
-    if (!image || width < 1 || height < 1) return;
-    LmMaskBox::Block<unsigned char> prevRow = LmMaskBox::allocate<unsigned char>(width, false);
-    LmMaskBox::Block<unsigned char> nextRow = LmMaskBox::allocate<unsigned char>(width, true);
-    LmMaskBox::Block<unsigned short> columnRow = LmMaskBox::allocate<unsigned short>(width, false);
-    if (!prevRow || !nextRow || !columnRow) return;
-    unsigned char* prev = prevRow.get();
-    unsigned char* next = nextRow.get();
-    unsigned short* column = columnRow.get();
+    if (!image || width < 1 || height < 3 || passes < 1) return;
     const size_t stride = (size_t)width;
+    LmMaskBox::Block<unsigned char> rows = LmMaskBox::allocate<unsigned char>(2 * (int64_t)width, true);
+    LmMaskBox::Block<unsigned short> columnRow = LmMaskBox::allocate<unsigned short>(width, false);
+    LmMaskBox::Block<Span> spans = LmMaskBox::allocate<Span>(2 * (int64_t)height, false);
+    if (!rows || !columnRow || !spans) return;
+    if (width < 3) {
+        // Every written row is all end columns.
+        std::memset(image + stride, 0, stride * (size_t)(height - 2));
+        return;
+    }
+    // A pixel changes only when its 3 x 3 neighbourhood changed in the pass before, so each pass
+    // recomputes the columns around the last pass's changes: regions that stay clear, saturate
+    // or settle cost nothing more.
+    Span* was = spans.get();
+    Span* now = was + height;
+    std::fill(was, was + height, Span{0, width});
+    unsigned char* buffer[2] = {rows.get(), rows.get() + stride}; // end bytes stay 0
     for (int pass = 0; pass < passes; ++pass) {
-        std::memcpy(prev, image, stride);
+        // A new row is written back once the row below it has read the old one.
+        int pending = -1, from = 0, to = 0, spare = 0;
+        auto flush = [&] {
+            if (pending < 0) return;
+            std::memcpy(image + (size_t)pending * stride + from, buffer[spare ^ 1] + from, (size_t)(to - from));
+            pending = -1;
+        };
+        bool changed = false;
+        now[0] = now[height - 1] = Span{0, 0}; // never written
         for (int y = 1; y < height - 1; ++y) {
+            int lo = width, hi = 0;
+            for (int k = y - 1; k <= y + 1; ++k)
+                if (was[k].lo < was[k].hi) lo = std::min(lo, was[k].lo), hi = std::max(hi, was[k].hi);
+            const int a = std::max(lo - 1, 1), b = std::min(hi + 1, width - 1);
+            if (a >= b) {
+                now[y] = Span{0, 0};
+                continue;
+            }
             unsigned char* row = image + (size_t)y * stride;
-            const unsigned char* below = row + stride;
-            if (width >= 3) LmRowOps::spread(next, prev, row, below, column, stride);
-            std::memcpy(prev, row, stride);
-            std::memcpy(row, next, stride);
+            unsigned char* next = buffer[spare];
+            LmRowOps::spread(next + a - 1, row - stride + a - 1, row + a - 1, row + stride + a - 1, columnRow.get(),
+                             (size_t)(b - a + 2));
+            // The end columns take the buffer's 0 whenever the run reaches them.
+            const int l = a == 1 ? 0 : a, r = b == width - 1 ? width : b;
+            now[y] = difference(next, row, l, r);
+            changed = changed || now[y].lo < now[y].hi;
+            flush();
+            pending = y, from = l, to = r, spare ^= 1;
         }
+        flush();
+        std::swap(was, now);
+        if (!changed) break;
     }
 }
 
