@@ -48,8 +48,9 @@ struct Divider {
 } // namespace
 
 void LmGaussianBlur::verticalRow(const unsigned char* src, ptrdiff_t stride, int y, int x0, int x1,
-                                 const int* weights, int sum, int R, unsigned char* row)
+                                 const int* weights, int sum, int R, unsigned char* row, bool inverse)
 {
+    const int top = inverse ? 255 * sum : 0, sign = inverse ? -1 : 1;
     const unsigned char* centre = src + (int64_t)y * stride;
     const Divider divide(sum);
     int acc[kChunk];
@@ -57,19 +58,20 @@ void LmGaussianBlur::verticalRow(const unsigned char* src, ptrdiff_t stride, int
         const int to = std::min(x1, from + kChunk);
         LmRowOps::sumTaps(acc, centre + from, stride, (size_t)(to - from), weights, R);
         // The weights sum to `sum`, so the quotient stays within a byte.
-        for (int x = from; x < to; ++x) row[x] = (unsigned char)divide(acc[x - from]);
+        for (int x = from; x < to; ++x) row[x] = (unsigned char)divide(top + sign * acc[x - from]);
     }
 }
 
 void LmGaussianBlur::horizontalRow(const unsigned char* row, int x0, int x1, const int* weights, int sum, int R,
-                                   unsigned char* out)
+                                   unsigned char* out, bool inverse)
 {
+    const int top = inverse ? 255 * sum : 0, sign = inverse ? -1 : 1;
     const Divider divide(sum);
     int acc[kChunk];
     for (int from = x0; from < x1; from += kChunk) {
         const int to = std::min(x1, from + kChunk);
         LmRowOps::sumTaps(acc, row + from, 1, (size_t)(to - from), weights, R);
-        for (int x = from; x < to; ++x) out[x] = (unsigned char)std::min(divide(acc[x - from]), 255u);
+        for (int x = from; x < to; ++x) out[x] = (unsigned char)std::min(divide(top + sign * acc[x - from]), 255u);
     }
 }
 

@@ -250,29 +250,62 @@ int LmGlow::drawGlow(ParamPostProcessing* pp, bool inner)
     increaseByBoxFilter(P, std::max(lmToInt((double)G * 0.4750000089406967), 1), (int)W, (int)H);
 
     const int R = std::max(lmToInt((double)(float)G * 0.9), 0);
+    const int w = (int)W, h = (int)H;
     LmMaskBox::Block<int> weights = LmMaskBox::allocate<int>(R + 1, false);
-    LmMaskBox::Block<unsigned char> tmp = LmMaskBox::allocate<unsigned char>(W, true);
+    LmMaskBox::Block<unsigned char> tmp = LmMaskBox::allocate<unsigned char>(W, false);
     LmMaskBox::Block<unsigned char> values = LmMaskBox::allocate<unsigned char>(W, false);
-    if (!weights || !tmp || !values) return 0;
+    LmMaskBox::Block<Span> inked = LmMaskBox::allocate<Span>(H, false);
+    if (!weights || !tmp || !values || !inked) return 0;
     int sum = 0;
     LmGaussianBlur::computeGaussianWeights(weights.get(), &sum, R, kBlurScale);
 
-    // (255 * sum - taps of P) / sum is the plain blur of 255 - P, and the inner glow's
-    // horizontal pass, inverse again, is the plain blur of 255 - tmp with tmp's 255 frame as 0.
-    // So both glows run the ordinary blur, the inner one on inverted bytes.
-    if (inner) {
-        for (int64_t i = 0; i < W * H; ++i) P[i] = (unsigned char)(255 - P[i]);
-        // The frame, R pixels deep, stays opaque white.
-        std::fill(out.get(), out.get() + W * H, 0xFFFFFFFFu);
-    }
-    const int w = (int)W;
-    for (int64_t y = R; y < H - R; ++y) {
-        LmGaussianBlur::verticalRow(P, w, (int)y, R, w - R, weights.get(), sum, R, tmp.get());
-        if (inner)
-            for (int x = R; x < w - R; ++x) tmp[x] = (unsigned char)(255 - tmp[x]);
-        LmGaussianBlur::horizontalRow(tmp.get(), R, w - R, weights.get(), sum, R, values.get());
-        unsigned* o = out.get() + y * W;
-        for (int x = R; x < w - R; ++x) o[x] = table[256 - values[x]];
+    // Both passes work on P as it is; the inner glow's taps are of 255 - P, so it divides
+    // 255 * sum - taps. Where every tap is P's background (0 outer, 255 inner) the vertical
+    // pass gives 0, and the horizontal one the background again: only the columns near the
+    // grown ink are blurred. The vertical pass reads columns R..w-R-1 only.
+    const unsigned char background = inner ? 255 : 0;
+    std::memset(values.get(), background, (size_t)w);
+    for (int y = 0; y < h; ++y) inked[y] = difference(P + (int64_t)y * W, values.get(), R, std::max(R, w - R));
+    // tmp's frame is the inverse pass's 255 (inner) or 0; inside it, 0 until blurred.
+    std::memset(tmp.get(), inner ? 255 : 0, (size_t)w);
+    if (w > 2 * R) std::memset(tmp.get() + R, 0, (size_t)(w - 2 * R));
+    const unsigned plain = table[inner ? 1 : 256];
+    if (inner) std::fill(out.get(), out.get() + W * H, 0xFFFFFFFFu); // the frame, R pixels deep
+    int tmpFrom = R, tmpTo = R; // columns of tmp holding blurred values
+    int64_t uninked = -1;       // an inner row blurred from its frame alone
+    for (int y = R; y < h - R; ++y) {
+        unsigned* o = out.get() + (int64_t)y * W;
+        int lo = w, hi = 0;
+        for (int k = y - R; k <= y + R; ++k)
+            if (inked[k].lo < inked[k].hi) lo = std::min(lo, inked[k].lo), hi = std::max(hi, inked[k].hi);
+        if (lo >= hi && !inner) continue; // table[256] is clear, as out already is
+        if (lo >= hi && uninked >= 0) {
+            std::memcpy(o, out.get() + uninked * W, sizeof(unsigned) * (size_t)W);
+            continue;
+        }
+        if (lo >= hi) lo = hi = R, uninked = y;
+        std::memset(tmp.get() + tmpFrom, 0, (size_t)(tmpTo - tmpFrom));
+        LmGaussianBlur::verticalRow(P, w, y, lo, hi, weights.get(), sum, R, tmp.get(), inner);
+        tmpFrom = lo, tmpTo = hi;
+        // Output columns whose taps reach a blurred column or tmp's 255 frame.
+        Span runs[3] = {{lo - R, hi + R}, {R, inner ? 2 * R : R}, {w - 2 * R, inner ? w - R : w - 2 * R}};
+        int x = R;
+        while (x < w - R) {
+            int next = w - R, end = x;
+            for (const Span& s : runs)
+                if (s.lo < s.hi && s.hi > x) {
+                    if (s.lo <= x) end = std::max(end, std::min(s.hi, w - R));
+                    else next = std::min(next, s.lo);
+                }
+            if (end > x) {
+                LmGaussianBlur::horizontalRow(tmp.get(), x, end, weights.get(), sum, R, values.get(), inner);
+                for (int i = x; i < end; ++i) o[i] = table[256 - values[i]];
+                x = end;
+            } else {
+                if (inner || plain) std::fill(o + x, o + next, plain); // out holds 0 or the frame's white
+                x = next;
+            }
+        }
     }
     LmBlender::drawBitmapBlend32((int)(box.left - M), (int)(box.top - M), box.target, out.get(), w, (int)H, w,
                                  LME_BLEND_DST_OVER);
