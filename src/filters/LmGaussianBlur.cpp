@@ -45,6 +45,13 @@ struct Divider {
     unsigned operator()(int n) const { return (unsigned)(((uint64_t)(uint32_t)n * multiplier) >> shift); }
 };
 
+// The taps through the 16-bit products where every weight allows them.
+void sumTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t count, const int* weights, int R)
+{
+    const bool small = std::all_of(weights, weights + R + 1, [](int w) { return w >= 0 && w <= LmRowOps::kSmallWeight; });
+    (small ? LmRowOps::sumSmallTaps : LmRowOps::sumTaps)(acc, c, step, count, weights, R);
+}
+
 } // namespace
 
 void LmGaussianBlur::verticalRow(const unsigned char* src, ptrdiff_t stride, int y, int x0, int x1,
@@ -56,7 +63,7 @@ void LmGaussianBlur::verticalRow(const unsigned char* src, ptrdiff_t stride, int
     int acc[kChunk];
     for (int from = x0; from < x1; from += kChunk) {
         const int to = std::min(x1, from + kChunk);
-        LmRowOps::sumTaps(acc, centre + from, stride, (size_t)(to - from), weights, R);
+        sumTaps(acc, centre + from, stride, (size_t)(to - from), weights, R);
         // The weights sum to `sum`, so the quotient stays within a byte.
         for (int x = from; x < to; ++x) row[x] = (unsigned char)divide(top + sign * acc[x - from]);
     }
@@ -70,7 +77,7 @@ void LmGaussianBlur::horizontalRow(const unsigned char* row, int x0, int x1, con
     int acc[kChunk];
     for (int from = x0; from < x1; from += kChunk) {
         const int to = std::min(x1, from + kChunk);
-        LmRowOps::sumTaps(acc, row + from, 1, (size_t)(to - from), weights, R);
+        sumTaps(acc, row + from, 1, (size_t)(to - from), weights, R);
         for (int x = from; x < to; ++x) out[x] = (unsigned char)std::min(divide(top + sign * acc[x - from]), 255u);
     }
 }

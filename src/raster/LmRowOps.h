@@ -24,6 +24,11 @@ public:
     // acc[i] = c[i] * weights[0] + sum over t = 1..R of (c[i + t * step] + c[i - t * step]) *
     // weights[t]: symmetric blur taps `step` bytes apart. The sums must stay below 2^31.
     static void sumTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t count, const int* weights, int R);
+    // sumTaps for weights of 0..kSmallWeight: a pair of bytes times such a weight fits 16 bits,
+    // so twice the pixels go through each multiply.
+    static const int kSmallWeight = 128;
+    static void sumSmallTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t count, const int* weights,
+                             int R);
 };
 
 } // namespace LmFontEffect

@@ -4,6 +4,7 @@
 
 #include "filters/LmGaussianBlur.h"
 #include "raster/LmBlender.h"
+#include "raster/LmRowOps.h"
 
 #include <gtest/gtest.h>
 
@@ -162,6 +163,27 @@ TEST(GlowSameBytes, SpreadUntilSettled)
         plainSpread(plain, passes, W, H);
         ASSERT_EQ(img, plain) << W << "x" << H << " passes " << passes << " round " << round;
     }
+}
+
+TEST(GlowSameBytes, SmallTapsAsWideOnes)
+{
+    // Weights up to 128 over bytes up to 255, in rows and columns, every count around the
+    // vector widths.
+    std::mt19937 rng(3);
+    for (int R : {0, 1, 2, 7, 31, 90, 300})
+        for (int round = 0; round < 6; ++round) {
+            std::vector<int> w((size_t)R + 1);
+            for (int& v : w) v = round == 0 ? 128 : (int)(rng() % 129);
+            const int W = 2 * R + 1 + (int)(rng() % 140), step = round % 2 ? 1 : W;
+            std::vector<unsigned char> src((size_t)W * W);
+            for (auto& b : src) b = round == 0 ? 255 : (unsigned char)(rng() % 4 ? rng() : 255);
+            const unsigned char* c = src.data() + (size_t)R * W + R;
+            const size_t count = (size_t)(W - 2 * R);
+            std::vector<int> wide(count), small(count);
+            LmRowOps::sumTaps(wide.data(), c, step, count, w.data(), R);
+            LmRowOps::sumSmallTaps(small.data(), c, step, count, w.data(), R);
+            ASSERT_EQ(wide, small) << "R " << R << " round " << round;
+        }
 }
 
 TEST(GlowSameBytes, EverySmallSizeOnSmallMasks)
