@@ -113,6 +113,27 @@ void SumSmallTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t count
     }
 }
 
+void Quotients(unsigned char* out, const int* acc, size_t count, int sum, bool inverse)
+{
+    size_t i = 0;
+    const int top = inverse ? 255 * sum : 0, sign = inverse ? -1 : 1;
+#if !HWY_ARCH_ARM_V7 // its division is an estimate, not correctly rounded
+    const hn::ScalableTag<int32_t> d;
+    const hn::Rebind<float, decltype(d)> real;
+    const hn::Rebind<uint8_t, decltype(d)> bytes;
+    const size_t lanes = hn::Lanes(d);
+    const auto divisor = hn::Set(real, (float)sum);
+    for (; i + lanes <= count; i += lanes) {
+        auto n = hn::LoadU(d, acc + i);
+        if (inverse) n = hn::Sub(hn::Set(d, top), n);
+        // Non-negative, so the conversion's truncation is the floor.
+        const auto q = hn::ConvertTo(d, hn::Div(hn::ConvertTo(real, n), divisor));
+        hn::StoreU(hn::DemoteTo(bytes, q), bytes, out + i);
+    }
+#endif
+    for (; i < count; ++i) out[i] = (unsigned char)((top + sign * acc[i]) / sum);
+}
+
 void Spread(unsigned char* out, const unsigned char* above, const unsigned char* row, const unsigned char* below,
             unsigned short* column, size_t count)
 {
@@ -155,6 +176,12 @@ HWY_EXPORT(Widen);
 HWY_EXPORT(SumTaps);
 HWY_EXPORT(Spread);
 HWY_EXPORT(SumSmallTaps);
+HWY_EXPORT(Quotients);
+
+void LmRowOps::quotients(unsigned char* out, const int* acc, size_t count, int sum, bool inverse)
+{
+    HWY_DYNAMIC_DISPATCH(Quotients)(out, acc, count, sum, inverse);
+}
 
 void LmRowOps::sumSmallTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t count, const int* weights,
                             int R)
@@ -225,6 +252,12 @@ void LmRowOps::sumSmallTaps(int* acc, const unsigned char* c, ptrdiff_t step, si
                             int R)
 {
     sumTaps(acc, c, step, count, weights, R);
+}
+
+void LmRowOps::quotients(unsigned char* out, const int* acc, size_t count, int sum, bool inverse)
+{
+    const int top = inverse ? 255 * sum : 0, sign = inverse ? -1 : 1;
+    for (size_t i = 0; i < count; ++i) out[i] = (unsigned char)((top + sign * acc[i]) / sum);
 }
 
 void LmRowOps::spread(unsigned char* out, const unsigned char* above, const unsigned char* row,

@@ -29,6 +29,12 @@ public:
     static const int kSmallWeight = 128;
     static void sumSmallTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t count, const int* weights,
                              int R);
+    // out[i] = n / sum (truncating) with n = acc[i], or 255 x sum - acc[i] when inverse, for
+    // 0 < sum < kMaxQuotientDivisor and every n in 0..255 x sum. Single-precision division is
+    // exact there: n fits the mantissa, and a quotient below 256 lies at least 1/sum (more
+    // than half its ulp) from the next integer.
+    static const int kMaxQuotientDivisor = 65536;
+    static void quotients(unsigned char* out, const int* acc, size_t count, int sum, bool inverse);
 };
 
 } // namespace LmFontEffect

@@ -186,6 +186,23 @@ TEST(GlowSameBytes, SmallTapsAsWideOnes)
         }
 }
 
+TEST(GlowSameBytes, QuotientsAsIntegerDivision)
+{
+    // Numerators at, just below and just above every multiple of the divisor, and random ones.
+    std::mt19937 rng(4);
+    for (int sum : {1, 2, 3, 100, 128, 130, 9521, 32768, 65521, LmRowOps::kMaxQuotientDivisor - 1})
+        for (bool inverse : {false, true}) {
+            std::vector<int> acc;
+            for (int q = 0; q <= 255; ++q)
+                for (int d : {-1, 0, 1}) acc.push_back(std::min(std::max(q * sum + d, 0), 255 * sum));
+            for (int k = 0; k < 100; ++k) acc.push_back((int)(rng() % (255u * (unsigned)sum + 1)));
+            std::vector<unsigned char> out(acc.size());
+            LmRowOps::quotients(out.data(), acc.data(), acc.size(), sum, inverse);
+            for (size_t i = 0; i < acc.size(); ++i)
+                ASSERT_EQ(out[i], ((inverse ? 255 * sum - acc[i] : acc[i]) / sum)) << sum << " " << acc[i];
+        }
+}
+
 TEST(GlowSameBytes, EverySmallSizeOnSmallMasks)
 {
     std::mt19937 rng(12);
