@@ -45,31 +45,62 @@ struct Divider {
     unsigned operator()(int n) const { return (unsigned)(((uint64_t)(uint32_t)n * multiplier) >> shift); }
 };
 
+// How a row's taps are summed and divided: 16-bit products where every weight allows them,
+// single-precision quotients where the weights add up to no more than the divisor.
+struct RowPlan {
+    bool small = true, quick = false;
+    RowPlan(const int* weights, int sum, int R)
+    {
+        int64_t total = 0;
+        for (int t = 0; t <= R; ++t) {
+            small = small && weights[t] >= 0 && weights[t] <= LmRowOps::kSmallWeight;
+            total += (t ? 2 : 1) * (int64_t)weights[t];
+        }
+        quick = sum > 0 && sum < LmRowOps::kMaxQuotientDivisor && total <= sum;
+    }
+    void taps(int* acc, const unsigned char* c, ptrdiff_t step, size_t count, const int* weights, int R) const
+    {
+        (small ? LmRowOps::sumSmallTaps : LmRowOps::sumTaps)(acc, c, step, count, weights, R);
+    }
+};
+
 } // namespace
 
 void LmGaussianBlur::verticalRow(const unsigned char* src, ptrdiff_t stride, int y, int x0, int x1,
-                                 const int* weights, int sum, int R, unsigned char* row)
+                                 const int* weights, int sum, int R, unsigned char* row, bool inverse)
 {
+    const int top = inverse ? 255 * sum : 0, sign = inverse ? -1 : 1;
     const unsigned char* centre = src + (int64_t)y * stride;
     const Divider divide(sum);
+    const RowPlan plan(weights, sum, R);
     int acc[kChunk];
     for (int from = x0; from < x1; from += kChunk) {
         const int to = std::min(x1, from + kChunk);
-        LmRowOps::sumTaps(acc, centre + from, stride, (size_t)(to - from), weights, R);
+        plan.taps(acc, centre + from, stride, (size_t)(to - from), weights, R);
+        if (plan.quick) {
+            LmRowOps::quotients(row + from, acc, (size_t)(to - from), sum, inverse);
+            continue;
+        }
         // The weights sum to `sum`, so the quotient stays within a byte.
-        for (int x = from; x < to; ++x) row[x] = (unsigned char)divide(acc[x - from]);
+        for (int x = from; x < to; ++x) row[x] = (unsigned char)divide(top + sign * acc[x - from]);
     }
 }
 
 void LmGaussianBlur::horizontalRow(const unsigned char* row, int x0, int x1, const int* weights, int sum, int R,
-                                   unsigned char* out)
+                                   unsigned char* out, bool inverse)
 {
+    const int top = inverse ? 255 * sum : 0, sign = inverse ? -1 : 1;
     const Divider divide(sum);
+    const RowPlan plan(weights, sum, R);
     int acc[kChunk];
     for (int from = x0; from < x1; from += kChunk) {
         const int to = std::min(x1, from + kChunk);
-        LmRowOps::sumTaps(acc, row + from, 1, (size_t)(to - from), weights, R);
-        for (int x = from; x < to; ++x) out[x] = (unsigned char)std::min(divide(acc[x - from]), 255u);
+        plan.taps(acc, row + from, 1, (size_t)(to - from), weights, R);
+        if (plan.quick) {
+            LmRowOps::quotients(out + from, acc, (size_t)(to - from), sum, inverse);
+            continue;
+        }
+        for (int x = from; x < to; ++x) out[x] = (unsigned char)std::min(divide(top + sign * acc[x - from]), 255u);
     }
 }
 

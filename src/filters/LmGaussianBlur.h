@@ -20,12 +20,14 @@ public:
 
     // The row passes take non-negative weights whose taps sum below 2^31.
     // Vertical taps of column x = x0..x1-1 around row y of src (row stride `stride`), each
-    // acc / sum, into row[x]. The caller keeps rows y-R..y+R inside src.
+    // acc / sum, into row[x]. The caller keeps rows y-R..y+R inside src. `inverse` gives
+    // (255 * sum - acc) / sum instead: the blur of 255 - src, for weights summing to `sum`.
     static void verticalRow(const unsigned char* src, ptrdiff_t stride, int y, int x0, int x1, const int* weights,
-                            int sum, int R, unsigned char* row);
-    // Horizontal taps of row around x = x0..x1-1, each min(acc / sum, 255), into out[x].
+                            int sum, int R, unsigned char* row, bool inverse = false);
+    // Horizontal taps of row around x = x0..x1-1, each min(acc / sum, 255) (or as inverse
+    // above), into out[x].
     static void horizontalRow(const unsigned char* row, int x0, int x1, const int* weights, int sum, int R,
-                              unsigned char* out);
+                              unsigned char* out, bool inverse = false);
 
     // Blurs a W x H byte image whose outer R rows and columns are a frame: every output pixel
     // outside rows and columns R..(size - R - 1) is 0. tmp is a work row of W bytes. The two

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 
 namespace LmFontEffect {
@@ -124,26 +125,89 @@ void LmGlow::makeColorLUT(unsigned int* table, float range, int curve) const
     table[256] = 0;
 }
 
+namespace {
+
+// Columns [lo, hi) of a row that a spread pass changed; lo >= hi when none.
+struct Span {
+    int lo, hi;
+};
+
+// The first and one past the last column in [from, to) where a and b differ.
+Span difference(const unsigned char* a, const unsigned char* b, int from, int to)
+{
+    uint64_t u, v;
+    int lo = from, hi = to;
+    for (; lo + 8 <= to; lo += 8) {
+        std::memcpy(&u, a + lo, 8);
+        std::memcpy(&v, b + lo, 8);
+        if (u != v) break;
+    }
+    while (lo < to && a[lo] == b[lo]) ++lo;
+    if (lo == to) return Span{0, 0};
+    for (; hi - 8 >= lo; hi -= 8) {
+        std::memcpy(&u, a + hi - 8, 8);
+        std::memcpy(&v, b + hi - 8, 8);
+        if (u != v) break;
+    }
+    while (a[hi - 1] == b[hi - 1]) --hi;
+    return Span{lo, hi};
+}
+
+} // namespace
+
 void LmGlow::increaseByBoxFilter(unsigned char* image, int passes, int width, int height)
 {
-    if (!image || width < 1 || height < 1) return;
-    LmMaskBox::Block<unsigned char> prevRow = LmMaskBox::allocate<unsigned char>(width, false);
-    LmMaskBox::Block<unsigned char> nextRow = LmMaskBox::allocate<unsigned char>(width, true);
-    LmMaskBox::Block<unsigned short> columnRow = LmMaskBox::allocate<unsigned short>(width, false);
-    if (!prevRow || !nextRow || !columnRow) return;
-    unsigned char* prev = prevRow.get();
-    unsigned char* next = nextRow.get();
-    unsigned short* column = columnRow.get();
+    if (!image || width < 1 || height < 3 || passes < 1) return;
     const size_t stride = (size_t)width;
+    LmMaskBox::Block<unsigned char> rows = LmMaskBox::allocate<unsigned char>(2 * (int64_t)width, true);
+    LmMaskBox::Block<unsigned short> columnRow = LmMaskBox::allocate<unsigned short>(width, false);
+    LmMaskBox::Block<Span> spans = LmMaskBox::allocate<Span>(2 * (int64_t)height, false);
+    if (!rows || !columnRow || !spans) return;
+    if (width < 3) {
+        // Every written row is all end columns.
+        std::memset(image + stride, 0, stride * (size_t)(height - 2));
+        return;
+    }
+    // A pixel changes only when its 3 x 3 neighbourhood changed in the pass before, so each pass
+    // recomputes the columns around the last pass's changes: regions that stay clear, saturate
+    // or settle cost nothing more.
+    Span* was = spans.get();
+    Span* now = was + height;
+    std::fill(was, was + height, Span{0, width});
+    unsigned char* buffer[2] = {rows.get(), rows.get() + stride}; // end bytes stay 0
     for (int pass = 0; pass < passes; ++pass) {
-        std::memcpy(prev, image, stride);
+        // A new row is written back once the row below it has read the old one.
+        int pending = -1, from = 0, to = 0, spare = 0;
+        auto flush = [&] {
+            if (pending < 0) return;
+            std::memcpy(image + (size_t)pending * stride + from, buffer[spare ^ 1] + from, (size_t)(to - from));
+            pending = -1;
+        };
+        bool changed = false;
+        now[0] = now[height - 1] = Span{0, 0}; // never written
         for (int y = 1; y < height - 1; ++y) {
+            int lo = width, hi = 0;
+            for (int k = y - 1; k <= y + 1; ++k)
+                if (was[k].lo < was[k].hi) lo = std::min(lo, was[k].lo), hi = std::max(hi, was[k].hi);
+            const int a = std::max(lo - 1, 1), b = std::min(hi + 1, width - 1);
+            if (a >= b) {
+                now[y] = Span{0, 0};
+                continue;
+            }
             unsigned char* row = image + (size_t)y * stride;
-            const unsigned char* below = row + stride;
-            if (width >= 3) LmRowOps::spread(next, prev, row, below, column, stride);
-            std::memcpy(prev, row, stride);
-            std::memcpy(row, next, stride);
+            unsigned char* next = buffer[spare];
+            LmRowOps::spread(next + a - 1, row - stride + a - 1, row + a - 1, row + stride + a - 1, columnRow.get(),
+                             (size_t)(b - a + 2));
+            // The end columns take the buffer's 0 whenever the run reaches them.
+            const int l = a == 1 ? 0 : a, r = b == width - 1 ? width : b;
+            now[y] = difference(next, row, l, r);
+            changed = changed || now[y].lo < now[y].hi;
+            flush();
+            pending = y, from = l, to = r, spare ^= 1;
         }
+        flush();
+        std::swap(was, now);
+        if (!changed) break;
     }
 }
 
@@ -186,29 +250,62 @@ int LmGlow::drawGlow(ParamPostProcessing* pp, bool inner)
     increaseByBoxFilter(P, std::max(lmToInt((double)G * 0.4750000089406967), 1), (int)W, (int)H);
 
     const int R = std::max(lmToInt((double)(float)G * 0.9), 0);
+    const int w = (int)W, h = (int)H;
     LmMaskBox::Block<int> weights = LmMaskBox::allocate<int>(R + 1, false);
-    LmMaskBox::Block<unsigned char> tmp = LmMaskBox::allocate<unsigned char>(W, true);
+    LmMaskBox::Block<unsigned char> tmp = LmMaskBox::allocate<unsigned char>(W, false);
     LmMaskBox::Block<unsigned char> values = LmMaskBox::allocate<unsigned char>(W, false);
-    if (!weights || !tmp || !values) return 0;
+    LmMaskBox::Block<Span> inked = LmMaskBox::allocate<Span>(H, false);
+    if (!weights || !tmp || !values || !inked) return 0;
     int sum = 0;
     LmGaussianBlur::computeGaussianWeights(weights.get(), &sum, R, kBlurScale);
 
-    // (255 * sum - taps of P) / sum is the plain blur of 255 - P, and the inner glow's
-    // horizontal pass, inverse again, is the plain blur of 255 - tmp with tmp's 255 frame as 0.
-    // So both glows run the ordinary blur, the inner one on inverted bytes.
-    if (inner) {
-        for (int64_t i = 0; i < W * H; ++i) P[i] = (unsigned char)(255 - P[i]);
-        // The frame, R pixels deep, stays opaque white.
-        std::fill(out.get(), out.get() + W * H, 0xFFFFFFFFu);
-    }
-    const int w = (int)W;
-    for (int64_t y = R; y < H - R; ++y) {
-        LmGaussianBlur::verticalRow(P, w, (int)y, R, w - R, weights.get(), sum, R, tmp.get());
-        if (inner)
-            for (int x = R; x < w - R; ++x) tmp[x] = (unsigned char)(255 - tmp[x]);
-        LmGaussianBlur::horizontalRow(tmp.get(), R, w - R, weights.get(), sum, R, values.get());
-        unsigned* o = out.get() + y * W;
-        for (int x = R; x < w - R; ++x) o[x] = table[256 - values[x]];
+    // Both passes work on P as it is; the inner glow's taps are of 255 - P, so it divides
+    // 255 * sum - taps. Where every tap is P's background (0 outer, 255 inner) the vertical
+    // pass gives 0, and the horizontal one the background again: only the columns near the
+    // grown ink are blurred. The vertical pass reads columns R..w-R-1 only.
+    const unsigned char background = inner ? 255 : 0;
+    std::memset(values.get(), background, (size_t)w);
+    for (int y = 0; y < h; ++y) inked[y] = difference(P + (int64_t)y * W, values.get(), R, std::max(R, w - R));
+    // tmp's frame is the inverse pass's 255 (inner) or 0; inside it, 0 until blurred.
+    std::memset(tmp.get(), inner ? 255 : 0, (size_t)w);
+    if (w > 2 * R) std::memset(tmp.get() + R, 0, (size_t)(w - 2 * R));
+    const unsigned plain = table[inner ? 1 : 256];
+    if (inner) std::fill(out.get(), out.get() + W * H, 0xFFFFFFFFu); // the frame, R pixels deep
+    int tmpFrom = R, tmpTo = R; // columns of tmp holding blurred values
+    int64_t uninked = -1;       // an inner row blurred from its frame alone
+    for (int y = R; y < h - R; ++y) {
+        unsigned* o = out.get() + (int64_t)y * W;
+        int lo = w, hi = 0;
+        for (int k = y - R; k <= y + R; ++k)
+            if (inked[k].lo < inked[k].hi) lo = std::min(lo, inked[k].lo), hi = std::max(hi, inked[k].hi);
+        if (lo >= hi && !inner) continue; // table[256] is clear, as out already is
+        if (lo >= hi && uninked >= 0) {
+            std::memcpy(o, out.get() + uninked * W, sizeof(unsigned) * (size_t)W);
+            continue;
+        }
+        if (lo >= hi) lo = hi = R, uninked = y;
+        std::memset(tmp.get() + tmpFrom, 0, (size_t)(tmpTo - tmpFrom));
+        LmGaussianBlur::verticalRow(P, w, y, lo, hi, weights.get(), sum, R, tmp.get(), inner);
+        tmpFrom = lo, tmpTo = hi;
+        // Output columns whose taps reach a blurred column or tmp's 255 frame.
+        Span runs[3] = {{lo - R, hi + R}, {R, inner ? 2 * R : R}, {w - 2 * R, inner ? w - R : w - 2 * R}};
+        int x = R;
+        while (x < w - R) {
+            int next = w - R, end = x;
+            for (const Span& s : runs)
+                if (s.lo < s.hi && s.hi > x) {
+                    if (s.lo <= x) end = std::max(end, std::min(s.hi, w - R));
+                    else next = std::min(next, s.lo);
+                }
+            if (end > x) {
+                LmGaussianBlur::horizontalRow(tmp.get(), x, end, weights.get(), sum, R, values.get(), inner);
+                for (int i = x; i < end; ++i) o[i] = table[256 - values[i]];
+                x = end;
+            } else {
+                if (inner || plain) std::fill(o + x, o + next, plain); // out holds 0 or the frame's white
+                x = next;
+            }
+        }
     }
     LmBlender::drawBitmapBlend32((int)(box.left - M), (int)(box.top - M), box.target, out.get(), w, (int)H, w,
                                  LME_BLEND_DST_OVER);

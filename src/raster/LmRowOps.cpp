@@ -76,6 +76,64 @@ void SumTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t count, con
     }
 }
 
+void SumSmallTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t count, const int* weights, int R)
+{
+    size_t i = 0;
+#if HWY_TARGET != HWY_SCALAR // one lane cannot hold two pixels
+    const hn::ScalableTag<uint16_t> d;
+    const hn::Rebind<uint8_t, decltype(d)> bytes;
+    const hn::Repartition<uint32_t, decltype(d)> wide;
+    const hn::RebindToSigned<decltype(wide)> out;
+    const size_t lanes = hn::Lanes(d);
+    // Products of 16 bits; each 32-bit lane holds an even pixel's (low half) and an odd
+    // pixel's. Summed as 32 bits (wrapping), the lanes give even + 65536 x odd; the high
+    // halves summed apart give odd, and with it even, exactly (both stay below 2^31).
+    auto block = [&](size_t at) {
+        auto all = hn::BitCast(wide, hn::Mul(hn::PromoteTo(d, hn::LoadU(bytes, c + at)), hn::Set(d, (uint16_t)weights[0])));
+        auto odd = hn::ShiftRight<16>(all);
+        for (int t = 1; t <= R; ++t) {
+            const auto pair = hn::Add(hn::PromoteTo(d, hn::LoadU(bytes, c + at + t * step)),
+                                      hn::PromoteTo(d, hn::LoadU(bytes, c + at - t * step)));
+            const auto product = hn::BitCast(wide, hn::Mul(pair, hn::Set(d, (uint16_t)weights[t])));
+            all = hn::Add(all, product);
+            odd = hn::Add(odd, hn::ShiftRight<16>(product));
+        }
+        const auto even = hn::Sub(all, hn::ShiftLeft<16>(odd));
+        hn::StoreInterleaved2(hn::BitCast(out, even), hn::BitCast(out, odd), out, acc + at);
+    };
+    for (; i + lanes <= count; i += lanes) block(i);
+    // The last pixels as one more vector ending at the row's end, overlapping the one before.
+    if (i < count && count >= lanes) block(count - lanes), i = count;
+#endif
+    for (; i < count; ++i) {
+        const unsigned char* p = c + i; // taps above are negative offsets
+        int sum = p[0] * weights[0];
+        for (int t = 1; t <= R; ++t) sum += (p[t * step] + p[-t * step]) * weights[t];
+        acc[i] = sum;
+    }
+}
+
+void Quotients(unsigned char* out, const int* acc, size_t count, int sum, bool inverse)
+{
+    size_t i = 0;
+    const int top = inverse ? 255 * sum : 0, sign = inverse ? -1 : 1;
+#if !HWY_ARCH_ARM_V7 // its division is an estimate, not correctly rounded
+    const hn::ScalableTag<int32_t> d;
+    const hn::Rebind<float, decltype(d)> real;
+    const hn::Rebind<uint8_t, decltype(d)> bytes;
+    const size_t lanes = hn::Lanes(d);
+    const auto divisor = hn::Set(real, (float)sum);
+    for (; i + lanes <= count; i += lanes) {
+        auto n = hn::LoadU(d, acc + i);
+        if (inverse) n = hn::Sub(hn::Set(d, top), n);
+        // Non-negative, so the conversion's truncation is the floor.
+        const auto q = hn::ConvertTo(d, hn::Div(hn::ConvertTo(real, n), divisor));
+        hn::StoreU(hn::DemoteTo(bytes, q), bytes, out + i);
+    }
+#endif
+    for (; i < count; ++i) out[i] = (unsigned char)((top + sign * acc[i]) / sum);
+}
+
 void Spread(unsigned char* out, const unsigned char* above, const unsigned char* row, const unsigned char* below,
             unsigned short* column, size_t count)
 {
@@ -117,6 +175,19 @@ HWY_EXPORT(Raise);
 HWY_EXPORT(Widen);
 HWY_EXPORT(SumTaps);
 HWY_EXPORT(Spread);
+HWY_EXPORT(SumSmallTaps);
+HWY_EXPORT(Quotients);
+
+void LmRowOps::quotients(unsigned char* out, const int* acc, size_t count, int sum, bool inverse)
+{
+    HWY_DYNAMIC_DISPATCH(Quotients)(out, acc, count, sum, inverse);
+}
+
+void LmRowOps::sumSmallTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t count, const int* weights,
+                            int R)
+{
+    HWY_DYNAMIC_DISPATCH(SumSmallTaps)(acc, c, step, count, weights, R);
+}
 
 void LmRowOps::maxOf(unsigned char* out, const unsigned char* a, const unsigned char* b, size_t count)
 {
@@ -175,6 +246,18 @@ void LmRowOps::sumTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t 
             const unsigned char* p = c + i; // taps above are negative offsets
             acc[i] += (p[t * step] + p[-t * step]) * weights[t];
         }
+}
+
+void LmRowOps::sumSmallTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t count, const int* weights,
+                            int R)
+{
+    sumTaps(acc, c, step, count, weights, R);
+}
+
+void LmRowOps::quotients(unsigned char* out, const int* acc, size_t count, int sum, bool inverse)
+{
+    const int top = inverse ? 255 * sum : 0, sign = inverse ? -1 : 1;
+    for (size_t i = 0; i < count; ++i) out[i] = (unsigned char)((top + sign * acc[i]) / sum);
 }
 
 void LmRowOps::spread(unsigned char* out, const unsigned char* above, const unsigned char* row,

@@ -24,6 +24,17 @@ public:
     // acc[i] = c[i] * weights[0] + sum over t = 1..R of (c[i + t * step] + c[i - t * step]) *
     // weights[t]: symmetric blur taps `step` bytes apart. The sums must stay below 2^31.
     static void sumTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t count, const int* weights, int R);
+    // sumTaps for weights of 0..kSmallWeight: a pair of bytes times such a weight fits 16 bits,
+    // so twice the pixels go through each multiply.
+    static const int kSmallWeight = 128;
+    static void sumSmallTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t count, const int* weights,
+                             int R);
+    // out[i] = n / sum (truncating) with n = acc[i], or 255 x sum - acc[i] when inverse, for
+    // 0 < sum < kMaxQuotientDivisor and every n in 0..255 x sum. Single-precision division is
+    // exact there: n fits the mantissa, and a quotient below 256 lies at least 1/sum (more
+    // than half its ulp) from the next integer.
+    static const int kMaxQuotientDivisor = 65536;
+    static void quotients(unsigned char* out, const int* acc, size_t count, int sum, bool inverse);
 };
 
 } // namespace LmFontEffect
