@@ -1,8 +1,6 @@
 #ifndef LMFONTEFFECT_TESTS_TOOLS_TOOLRUNNER_H
 #define LMFONTEFFECT_TESTS_TOOLS_TOOLRUNNER_H
 
-#include "effect/LmECoreBase.h"
-#include "effect/LmEffect.h"
 #include "support/GoldenImage.h"
 #include "support/TestSupport.h"
 
@@ -21,13 +19,6 @@
 namespace LmTest {
 
 inline const char* const kToolFont = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
-
-// Whether the library has a layer of this kind.
-inline bool inBuild(int kind)
-{
-    std::unique_ptr<LmFontEffect::LmECore> layer(LmFontEffect::LmEffect().createEffect(-1, kind));
-    return layer != nullptr;
-}
 
 // One run of lmtext as a user would start it: exit code and both output streams.
 struct ToolRun {
