@@ -34,6 +34,19 @@ TEST(LmTextValues, ColourFormsMeanTheSameColour)
     EXPECT_EQ(keyOf({"-c", "orange"}).out, keyOf({"-c", "#FFA500"}).out);
 }
 
+// The key holds the text colour without its alpha: the render shows that the alpha arrived.
+TEST(LmTextValues, TextAlphaIsTheOverallAlpha)
+{
+    ToolRun r = runTool({"render", "-t", "Hi", "-f", kToolFont, "-c", "#80000000", "--stroke", "size=2,color=#FF0000",
+                         "-o", kDir + "half.png"});
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+    Png png = readPng(kDir + "half.png");
+    unsigned maxAlpha = 0;
+    for (size_t i = 3; i < png.rgba.size(); i += 4) maxAlpha = std::max<unsigned>(maxAlpha, png.rgba[i]);
+    EXPECT_GE(maxAlpha, 120u);
+    EXPECT_LE(maxAlpha, 129u);
+}
+
 TEST(LmTextValues, ValuesTheLibraryChangesAreNoted)
 {
     // Notes come before the render, so they appear whether or not this build has the kind.
