@@ -149,14 +149,33 @@ TEST(LmBlender, ChannelsKeepTheirMeaningOnAnyByteOrder)
     LmBlender::convertBGRAToARGB(nullptr);
 }
 
-// The 32-bit source-over and destination-over blends are run byte for byte by the glow, relief
-// and pattern goldens.
-TEST(LmBlender, EightBitSourceOverThirtyTwoBitTargetReplacesThePixel)
+TEST(LmBlender, ThirtyTwoBitBlends)
 {
     LmBitmap dst(1, 1, 4);
+    fill(dst, {100, 50, 0, 128});
+    const unsigned int half = 0x80402000u; // premultiplied A 128, R 64, G 32
+    LmBlender::blendSrcOver32To32(0, 0, &dst, &half, 1, 1, 1);
+    Px p = at(dst, 0, 0);
+    EXPECT_EQ(114u, p.r);
+    EXPECT_EQ(191u, p.a);
+
+    fill(dst, {100, 50, 0, 128});
+    LmBlender::blendDstOver32To32(0, 0, &dst, &half, 1, 1, 1);
+    p = at(dst, 0, 0);
+    EXPECT_EQ(132u, p.r);
+    EXPECT_EQ(191u, p.a);
+
+    // Opaque destinations and transparent sources are left alone by destination-over.
+    fill(dst, {1, 2, 3, 255});
+    LmBlender::blendDstOver32To32(0, 0, &dst, &half, 1, 1, 1);
+    EXPECT_EQ(1u, at(dst, 0, 0).r);
+
+    // drawBitmap8To32 replaces the pixel with the unscaled colour and coverage alpha.
     fill(dst, {9, 9, 9, 9});
     unsigned char m = 64;
     LmBlender::drawBitmap(0, 0, &dst, &m, 1, 1, 0xFF204060u);
-    const Px p = at(dst, 0, 0);
-    EXPECT_TRUE(p.r == 0x20 && p.g == 0x40 && p.b == 0x60 && p.a == 64) << p.r << "," << p.g << "," << p.b << "," << p.a;
+    p = at(dst, 0, 0);
+    EXPECT_EQ(0x20u, p.r);
+    EXPECT_EQ(0x60u, p.b);
+    EXPECT_EQ(64u, p.a);
 }
