@@ -49,6 +49,27 @@ TEST(Relief, BlurLeavesItsBorderAsTheDestinationHeldIt)
     EXPECT_EQ(dst[3 * 7 + 4], 250 * 1 / 102);
 }
 
+TEST(Relief, Dt1DGivesSquaredDistancesToTheZeros)
+{
+    const float far = 1e20f;
+    const struct {
+        std::vector<float> in, out;
+    } cases[] = {
+        {{far, 0, far, far, 0}, {1, 0, 1, 1, 0}},
+        {{0, far, far, far}, {0, 1, 4, 9}},
+        {{far, far}, {far, far}},
+        {{2, far, 0}, {2, 1, 0}},
+    };
+    for (const auto& c : cases) {
+        std::vector<float> out(c.in.size(), -1);
+        LmBevel::dt1D(out.data(), const_cast<float*>(c.in.data()), (int)c.in.size());
+        EXPECT_EQ(out, c.out);
+    }
+    float untouched = -1;
+    LmEmboss::dt1D(&untouched, &untouched, 0);
+    EXPECT_EQ(untouched, -1);
+}
+
 TEST(Relief, RootsComeFromTheTableThenFromSqrtf)
 {
     EXPECT_EQ(LmRelief::rootOf(2), 1.414f);
@@ -114,4 +135,22 @@ TEST(Relief, InsideBevelTintsTheFlatAreaWithTheLightOnTheHorizon)
     run.expectAlphas({{7, 7, 255}, {16, 8, 255}, {6, 10, 0}, {17, 17, 0}, {5, 5, 0}});
     const unsigned char* px = run.target.pixels + (7 * 24 + 7) * 4;
     EXPECT_EQ(px[2], 0x80); // blue of the shadow colour, (128 + 1) * 255 >> 8
+}
+
+// The all-filters bad-input table gives the relief layers a sane depth and light; here those are
+// NaN or far out of range, for every style and technique, and must run inside the buffers.
+TEST(Relief, LightingOutOfRangeRunsInsideTheBuffers)
+{
+    for (float bad : {kNaN, 1e9f, -1e9f})
+        for (int style : {0, 1, 3})
+            for (int technique : {0, 1}) {
+                LmBevelProperty b(style, 4, bad, 1, technique, 99, 1, bad, bad, 0xFF000000, 1, 0xFFFFFFFF, 1);
+                LmBevel bevel;
+                LmEmboss emboss;
+                for (LmECore* layer : {(LmECore*)&bevel, (LmECore*)&emboss}) {
+                    layer->setProperty(&b); // either layer reads any lighting record
+                    FilterRun run(LmTest::disc(16, 5));
+                    run.run(*layer);
+                }
+            }
 }
