@@ -9,10 +9,12 @@
 #include "effect/LmText.h"
 #include "effect/LmTextProperty.h"
 #include "raster/LmBitmap.h"
+#include "support/TestSupport.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdio>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -185,10 +187,14 @@ TEST(LmEffect, PassWithoutGlyphsPostProcessesNothing)
     LmEffect e;
     e.addText(0xFF000000u);
     LmBitmap out(6, 6, 4);
+    LmTest::LogCapture log;
     e.initEffect(6, 6);
     e.setDstBitmap(&out);
     e.renderEffectLayer(0, 0, nullptr);
     e.doEffectPostProcessing();
+    char self[32];
+    snprintf(self, sizeof self, "%p", (void*)&e);
+    EXPECT_TRUE(log.contains("LmEffect", "DoEffectPostProcessing(" + std::string(self) + ") - end"));
     LmRect* r = e.getTextRect();
     EXPECT_FALSE(r->right > r->left && r->bottom > r->top);
     e.compositeLayers(&out);

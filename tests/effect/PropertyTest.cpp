@@ -40,8 +40,8 @@ std::string hex(const std::string& bytes)
 
 // The key bytes of every record kind, pinned here once. The values are ones the records clamp
 // or wrap (angle 400 to 40, -30 to 330, depth 12 to 10, soften -1 to 0 and 99 to 16, altitude
-// 100 to 10, scale 2.5 to 2 and NaN to 0, fields above 127 to their low 7 bits, no stops for a
-// count of 0 or less or a missing array), and values nothing should survive (NaN, 1e30).
+// 100 to 10, scale 2.5 to 2 and NaN or -1 to 0, fields above 127 to their low 7 bits, no stops
+// for a count of 0 or less or a missing array), and values nothing should survive (NaN, 1e30).
 TEST(LmProperty, KeyBytesOfEveryKind)
 {
     LmGradient stops[3] = {{0xFF0000FFu, 1.0f, 0.0f}, {0x80FF0000u, 0.5f, 0.5f}, {0xFF00FF00u, 1.0f, 1.0f}};
@@ -60,6 +60,7 @@ TEST(LmProperty, KeyBytesOfEveryKind)
         {serial(LmLinearGradientProperty(30, 2.5f, 1, 3, stops)),
          "4c809e8c888f8f808080808f8fe48088808f8f80808080b2b28f8f80808f8f8080e4e4"},
         {serial(LmLinearGradientProperty(0, nan, 1, -4, stops)), "4c80808080"},
+        {serial(LmLinearGradientProperty(0, -1, 1, 0, nullptr)), "4c80808080"},
         {serial(LmOuterGlowProperty(5, 0, 1, 7, nullptr)), "47858080808080808080"},
         {serial(LmOuterGlowProperty(1e9f, 0u, 1, 1, stops)), "478080808080808080808f8f808080808f8fe480"},
         {serial(LmOuterShadowProperty(nan, 1e30f, -1e30f, 0xFFFFFFFFu, 1)), "538080ff808f8f8f8f8f8f8f8f"},
