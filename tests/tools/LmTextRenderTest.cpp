@@ -17,15 +17,7 @@ namespace {
 
 const std::string kDir = LmTest::scratchDir();
 
-Png render(const std::string& name, std::vector<std::string> extra)
-{
-    std::vector<std::string> args = {"render", "-f", kToolFont, "-o", kDir + name};
-    args.insert(args.end(), extra.begin(), extra.end());
-    ToolRun r = runTool(args);
-    EXPECT_EQ(r.exitCode, 0) << r.err;
-    EXPECT_NE(r.out.find("wrote " + kDir + name), std::string::npos) << r.out;
-    return readPng(kDir + name);
-}
+Png render(const std::string& name, const std::vector<std::string>& extra) { return LmTest::renderTo(kDir + name, extra); }
 
 std::string sceneFile(const std::string& name)
 {

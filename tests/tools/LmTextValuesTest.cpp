@@ -88,12 +88,9 @@ TEST(LmTextValues, ValuesTheLibraryChangesAreNoted)
 
 TEST(LmTextValues, PaddingGravityAndEscapes)
 {
-    auto size = [](const std::vector<std::string>& extra, const std::string& name) {
-        std::vector<std::string> args = {"render", "-t", "Hi", "-f", kToolFont, "-o", kDir + name};
-        args.insert(args.end(), extra.begin(), extra.end());
-        ToolRun r = runTool(args);
-        EXPECT_EQ(r.exitCode, 0) << r.err;
-        Png png = readPng(kDir + name);
+    auto size = [](std::vector<std::string> extra, const std::string& name) {
+        extra.insert(extra.begin(), {"-t", "Hi"}); // a later -t wins
+        const Png png = LmTest::renderTo(kDir + name, extra);
         return std::make_pair(png.width, png.height);
     };
     auto bare = size({}, "bare.png");

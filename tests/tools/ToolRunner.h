@@ -87,6 +87,17 @@ inline Png readPng(const std::string& path)
     return png;
 }
 
+// Renders with the test font into `path`, which must succeed, and reads the image back.
+inline Png renderTo(const std::string& path, const std::vector<std::string>& extra)
+{
+    std::vector<std::string> args = {"render", "-f", kToolFont, "-o", path};
+    args.insert(args.end(), extra.begin(), extra.end());
+    ToolRun r = runTool(args);
+    EXPECT_EQ(r.exitCode, 0) << r.err;
+    EXPECT_NE(r.out.find("wrote " + path), std::string::npos) << r.out;
+    return readPng(path);
+}
+
 // Smallest box holding every pixel with some alpha: left, top, right, bottom (exclusive).
 inline std::vector<unsigned> inkBox(const Png& png)
 {
