@@ -51,6 +51,7 @@ TEST(LmProperty, KeyBytesOfEveryKind)
     } cases[] = {
         {serial(LmTextProperty(0xFF336699u, 1.0f)), "548f8f838386868989"},
         {serial(LmOuterShadowProperty(400, 5, 3, 0x80000000u, 0.5f)), "5380a885838880808080808080"},
+        {serial(LmOuterShadowProperty(-30, 0, 0, 0, 1)), "5382ca80808080808080808080"},
         {serial(LmInnerShadowProperty(-30, 0, 0, 0, 1)), "4982ca80808080808080808080"},
         {serial(LmStrokeProperty(130, 0xFF000000u, 1, 3, 1)), "4b828f8f8080808080808381"},
         {serial(LmBevelProperty(1, 5, 12, 0, 0, -1, 1, 400, 100, 0xFF000000u, 1, 0xFFFFFFFFu, 1)),
