@@ -138,15 +138,11 @@ TEST(LmEffect, AddOperationsClampTheirArguments)
 TEST(LmEffect, OffsetsAreTheMaximumOverLayersPerSide)
 {
     LmEffect e;
-    e.addStrokeText(5, 0, 1, 0, 1);     // 5 on every side
-    e.addOuterShadowText(0, 0, 9, 0, 1); // 9 on every side
-    EXPECT_EQ(9, e.getLeftOffset());
-    EXPECT_EQ(9, e.getRightOffset());
-    EXPECT_EQ(9, e.getTopOffset());
-    EXPECT_EQ(9, e.getBottomOffset());
-    e.addOuterShadowText(0, 20, 2, 0, 1); // 20 px to the left: left 22, right 0
-    EXPECT_EQ(22, e.getLeftOffset());
-    EXPECT_EQ(5, e.getRightOffset());
+    e.addStrokeText(5, 0, 1, 0, 1);        // 5 on every side
+    e.addInnerShadowText(0, 0, 9, 0, 1);   // nothing outside the text
+    e.addOuterShadowText(0, 20, 2, 0, 1);  // 20 px to the left: left 22, top and bottom 2
+    EXPECT_EQ((std::vector<int>{22, 5, 5, 5}),
+              (std::vector<int>{e.getLeftOffset(), e.getRightOffset(), e.getTopOffset(), e.getBottomOffset()}));
 }
 
 TEST(LmEffect, DrawOrderInOneAndTwoPassModes)
@@ -270,16 +266,7 @@ TEST(LmEffect, AbsurdSizesAndMissingPixelsDrawNothing)
     g.width = 2;
     g.height = 2;
 
-    // A mask too large to allocate: every step runs, nothing is drawn, nothing crashes.
-    LmBitmap huge(70000, 70000, 4);
-    e.initEffect(70000, 70000);
-    ASSERT_NE(nullptr, e.getSrcBitmap());
-    EXPECT_EQ(nullptr, e.getSrcBitmap()->pixels);
-    e.setDstBitmap(&huge);
-    e.renderEffectLayer(5, 5, &g);
-    e.doEffectPostProcessing();
-    e.compositeLayers(&huge);
-
+    // Masks too large to allocate are among the failed allocations of the fault tests.
     // Negative sizes become empty images; a glyph without pixels only grows the text box.
     LmBitmap out(4, 4, 4);
     e.initEffect(-5, -5);

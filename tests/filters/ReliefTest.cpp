@@ -7,7 +7,6 @@
 #include "filters/LmBevel.h"
 #include "filters/LmEmboss.h"
 #include "filters/LmRelief.h"
-#include "raster/LmBlender.h"
 
 #include <gtest/gtest.h>
 
@@ -112,7 +111,6 @@ TEST(Relief, OffsetsAreTheWidthPlusSoftenSaturated)
     for (const auto& c : cases) {
         LmBevel bevel;
         LmEmboss emboss;
-        EXPECT_EQ(bevel.getOffset(), 0);
         LmBevelProperty b = bevelRecord(1, c.size, 0, c.soften);
         LmEmbossProperty e = embossRecord(0, c.size, 0, c.soften);
         bevel.setProperty(&b);
@@ -139,43 +137,20 @@ TEST(Relief, InsideBevelTintsTheFlatAreaWithTheLightOnTheHorizon)
     EXPECT_EQ(px[2], 0x80); // blue of the shadow colour, (128 + 1) * 255 >> 8
 }
 
-// Widths that give no reach draw nothing, canvases beyond 2^26 pixels give up; every other bad
-// value must run without reading or writing outside a buffer (the sanitizer build checks).
-TEST(Relief, BadInputDrawsNothingOrRunsSafely)
+// The all-filters bad-input table gives the relief layers a sane depth and light; here those are
+// NaN or far out of range, for every style and technique, and must run inside the buffers.
+TEST(Relief, LightingOutOfRangeRunsInsideTheBuffers)
 {
-    const struct {
-        const char* what;
-        Mask mask;
-        float size, depth, angle, altitude;
-        int soften;
-        bool drawsNothing;
-    } cases[] = {
-        {"size -9", LmTest::disc(16, 5), -9, 3, 120, 30, 0, true},
-        {"NaN size", LmTest::disc(16, 5), kNaN, kNaN, kNaN, kNaN, 0, false},
-        {"huge size", LmTest::disc(16, 5), 1e30f, 3, 120, 30, 0, true},
-        {"canvas just past the cap", LmTest::disc(16, 5), 12000, 3, 120, 30, 0, true},
-        {"depth, soften, angles out of range", LmTest::disc(16, 5), 4, 99, 1e9f, -1e9f, 99, false},
-        {"one-pixel mask", LmTest::rect(1, 1, 0, 0, 1, 1), 30, 3, 120, 30, 2, false},
-        {"one-row mask", LmTest::rect(9, 1, 0, 0, 9, 1, 200), 40, 3, 120, 30, 0, false},
-        {"box on every edge", LmTest::rect(12, 12, 0, 0, 12, 12), 40, 3, 120, 30, 3, false},
-        {"covered box with a hole", LmTest::rect(12, 12, 0, 0, 12, 12, 255), 5, 3, 120, 30, 0, false},
-    };
-    for (const auto& c : cases)
-        for (int kind : {LM_EFFECT_BEVEL, LM_EFFECT_EMBOSS})
-            for (int technique : {0, 1})
-                for (int style : {0, 1, 3}) {
-                    LmBevelProperty b(style, c.size, c.depth, 1, technique, c.soften, 1, c.angle, c.altitude,
-                                      0xFF000000, 1, 0xFFFFFFFF, 1);
-                    LmBevel bevel;
-                    LmEmboss emboss;
-                    LmECore& layer = kind == LM_EFFECT_BEVEL ? (LmECore&)bevel : (LmECore&)emboss;
-                    layer.setProperty(&b); // either layer reads any lighting record
-                    FilterRun run(c.mask);
-                    run.textRect = LmRect(0, 0, (int)c.mask.width, (int)c.mask.height);
-                    const int drawn = run.run(layer);
-                    if (c.drawsNothing) {
-                        EXPECT_EQ(drawn, 0) << c.what << " kind " << kind;
-                        EXPECT_TRUE(run.untouched()) << c.what << " kind " << kind;
-                    }
+    for (float bad : {kNaN, 1e9f, -1e9f})
+        for (int style : {0, 1, 3})
+            for (int technique : {0, 1}) {
+                LmBevelProperty b(style, 4, bad, 1, technique, 99, 1, bad, bad, 0xFF000000, 1, 0xFFFFFFFF, 1);
+                LmBevel bevel;
+                LmEmboss emboss;
+                for (LmECore* layer : {(LmECore*)&bevel, (LmECore*)&emboss}) {
+                    layer->setProperty(&b); // either layer reads any lighting record
+                    FilterRun run(LmTest::disc(16, 5));
+                    run.run(*layer);
                 }
+            }
 }

@@ -83,16 +83,6 @@ TEST(OuterShadowLayer, SizeZeroOrNaNCopiesTheMaskAtTheShift)
     EXPECT_EQ(nan.alphaPlane(), m.pixels);
 }
 
-TEST(OuterShadowLayer, BlurredImpulse)
-{
-    // R = 2: weights 100, 32, 1, sum 166. The vertical pass gives 255 * w / 166 = 153, 49, 1 down
-    // the column; the horizontal pass takes w / 166 of each again.
-    FilterRun run(rect(20, 20, 10, 10, 11, 11));
-    run.run(*outerOf(90, 3, 2)); // shift (0, 3)
-    // So 153 * 100 / 166, 153 * 32 / 166, 49 * 100 / 166, 49 * 32 / 166, 153 * 1 / 166:
-    run.expectAlphas({{10, 13, 92}, {11, 13, 29}, {10, 14, 29}, {11, 14, 9}, {12, 13, 0}, {10, 10, 0}});
-}
-
 TEST(OuterShadowLayer, ShadowOutsideTheTargetIsSkipped)
 {
     FilterRun run(rect(20, 20, 2, 2, 6, 6));
@@ -111,18 +101,6 @@ TEST(InnerShadowLayer, NoBlurNoShiftIsTheInverseUnderCoverage)
     EXPECT_EQ(run.run(*s), 1);
     for (int y = 0; y < 24; ++y)
         for (int x = 0; x < 24; ++x) ASSERT_EQ(run.alpha(x, y), m.at(x, y) ? 255 - m.at(x, y) : 0) << x << "," << y;
-}
-
-TEST(InnerShadowLayer, SmallSquareByHand)
-{
-    // 3 x 3 solid square, R = 1 (weights 100, 1, sum 102), no shift. The horizontal inverse blur
-    // of the box columns gives 2, 0, 2; the vertical pass, framed by full inverse, gives:
-    FilterRun run(rect(7, 7, 2, 2, 5, 5));
-    run.run(*innerOf(0, 0, 1));
-    const int expected[3][3] = {{4, 2, 4}, {2, 0, 2}, {4, 2, 4}};
-    for (int y = 0; y < 3; ++y)
-        for (int x = 0; x < 3; ++x) EXPECT_EQ(run.alpha(2 + x, 2 + y), expected[y][x]) << x << "," << y;
-    EXPECT_EQ(run.alpha(1, 3), 0);
 }
 
 TEST(InnerShadowLayer, ShiftBeyondReachDrawsTheWholeGlyph)

@@ -49,33 +49,6 @@ TEST(StrokeLayer, Offsets)
     EXPECT_EQ(strokeOf(std::nanf(""), OUTSIDE)->getOffset(), 0);
 }
 
-TEST(StrokeWorkers, BoundedProductDilation)
-{
-    // A 3 x 3 padded source around a 200 pixel, radius-1 kernel, two 5 x 5 planes.
-    Kernel kernel(1.0f);
-    unsigned char src[9] = {0, 0, 0, 0, 200, 0, 0, 0, 0};
-    unsigned char dst[50] = {};
-    StrokeDTArgs a{dst, src, kernel.bytes, 3, 3, 0, 0, 5, 5, 1, 1, 25, 1, 3, 3, 3, 0, 3};
-    partalDTStrokeOutside(&a);
-    EXPECT_EQ(dst[12], 200);
-    EXPECT_EQ(dst[7], 200);             // 255 + 200 - 255
-    EXPECT_EQ(dst[6], 149 + 200 - 255); // kernel corner
-    EXPECT_EQ(dst[0], 0);
-
-    std::memset(dst, 0, sizeof dst);
-    partalDTStrokeInside(&a);
-    EXPECT_EQ(dst[12], 255); // the empty neighbours stamp the whole kernel
-    EXPECT_EQ(dst[0], 149);
-
-    unsigned char solid[9] = {255, 255, 255, 255, 200, 255, 255, 255, 255};
-    a.src = solid;
-    std::memset(dst, 0, sizeof dst);
-    partalDTStrokeCenter(&a);
-    EXPECT_EQ(dst[12], 255);
-    EXPECT_EQ(dst[25 + 12], 55); // second plane: only the 200 pixel has an inverse
-    EXPECT_EQ(dst[25 + 6], 0);   // 149 - 200 is below zero
-}
-
 TEST(StrokeLayer, SizeZeroDrawsNothingVisible)
 {
     for (int position : {CENTRE, OUTSIDE, INSIDE}) {

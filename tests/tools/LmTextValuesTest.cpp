@@ -34,6 +34,7 @@ TEST(LmTextValues, ColourFormsMeanTheSameColour)
     EXPECT_EQ(keyOf({"-c", "orange"}).out, keyOf({"-c", "#FFA500"}).out);
 }
 
+// The key holds the text colour without its alpha: the render shows that the alpha arrived.
 TEST(LmTextValues, TextAlphaIsTheOverallAlpha)
 {
     ToolRun r = runTool({"render", "-t", "Hi", "-f", kToolFont, "-c", "#80000000", "--stroke", "size=2,color=#FF0000",
@@ -87,12 +88,9 @@ TEST(LmTextValues, ValuesTheLibraryChangesAreNoted)
 
 TEST(LmTextValues, PaddingGravityAndEscapes)
 {
-    auto size = [](const std::vector<std::string>& extra, const std::string& name) {
-        std::vector<std::string> args = {"render", "-t", "Hi", "-f", kToolFont, "-o", kDir + name};
-        args.insert(args.end(), extra.begin(), extra.end());
-        ToolRun r = runTool(args);
-        EXPECT_EQ(r.exitCode, 0) << r.err;
-        Png png = readPng(kDir + name);
+    auto size = [](std::vector<std::string> extra, const std::string& name) {
+        extra.insert(extra.begin(), {"-t", "Hi"}); // a later -t wins
+        const Png png = LmTest::renderTo(kDir + name, extra);
         return std::make_pair(png.width, png.height);
     };
     auto bare = size({}, "bare.png");

@@ -1,8 +1,6 @@
 #ifndef LMFONTEFFECT_TESTS_TOOLS_TOOLRUNNER_H
 #define LMFONTEFFECT_TESTS_TOOLS_TOOLRUNNER_H
 
-#include "effect/LmECoreBase.h"
-#include "effect/LmEffect.h"
 #include "support/GoldenImage.h"
 #include "support/TestSupport.h"
 
@@ -21,13 +19,6 @@
 namespace LmTest {
 
 inline const char* const kToolFont = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
-
-// Whether the library has a layer of this kind.
-inline bool inBuild(int kind)
-{
-    std::unique_ptr<LmFontEffect::LmECore> layer(LmFontEffect::LmEffect().createEffect(-1, kind));
-    return layer != nullptr;
-}
 
 // One run of lmtext as a user would start it: exit code and both output streams.
 struct ToolRun {
@@ -94,6 +85,17 @@ inline Png readPng(const std::string& path)
     Png png;
     EXPECT_TRUE(GoldenImage::readPng(path, &png.width, &png.height, &png.rgba)) << path;
     return png;
+}
+
+// Renders with the test font into `path`, which must succeed, and reads the image back.
+inline Png renderTo(const std::string& path, const std::vector<std::string>& extra)
+{
+    std::vector<std::string> args = {"render", "-f", kToolFont, "-o", path};
+    args.insert(args.end(), extra.begin(), extra.end());
+    ToolRun r = runTool(args);
+    EXPECT_EQ(r.exitCode, 0) << r.err;
+    EXPECT_NE(r.out.find("wrote " + path), std::string::npos) << r.out;
+    return readPng(path);
 }
 
 // Smallest box holding every pixel with some alpha: left, top, right, bottom (exclusive).

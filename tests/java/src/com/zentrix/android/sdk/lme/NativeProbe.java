@@ -23,18 +23,15 @@ final class NativeProbe {
     static native boolean hasEffect(int handle, int kind);
     static native String systemFamilies();
     static native void resetFamilies();
-    static native int[] renderDirect(String text, String font, float size, int color, int background, int[] view,
-                                     int[] lines, double[][] effects);
 
     // Two lines in a 260x140 view with padding 10, 6, 12, 8, centred; `spans` colour the background.
     static final String TEXT = "Effects\nTwo";
-    static final int[] VIEW = {260, 140, 10, 6, 12, 8, 0x11};
 
     static TextView view(int maxLines) {
         TextView v = new TextView();
-        v.width = VIEW[0]; v.height = VIEW[1];
-        v.paddingLeft = VIEW[2]; v.paddingTop = VIEW[3]; v.paddingRight = VIEW[4]; v.paddingBottom = VIEW[5];
-        v.gravity = VIEW[6];
+        v.width = 260; v.height = 140;
+        v.paddingLeft = 10; v.paddingTop = 6; v.paddingRight = 12; v.paddingBottom = 8;
+        v.gravity = 0x11;
         v.maxLines = maxLines;
         v.textColor = 0xFF1060C0;
         return v;
