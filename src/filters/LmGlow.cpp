@@ -51,24 +51,6 @@ void LmGlow::release()
     stops.reset();
 }
 
-std::unique_ptr<LmGradient[]> LmGlow::copyStops(const LmGlowProperty& g, int* count)
-{
-    *count = 0;
-    if (!g.stops || g.stopCount <= 0) return nullptr;
-    if ((int64_t)g.stopCount > LmMaskBox::kMaxBytes / (int64_t)sizeof(LmGradient)) {
-        *count = -1;
-        return nullptr;
-    }
-    std::unique_ptr<LmGradient[]> copy(new (std::nothrow) LmGradient[(size_t)g.stopCount]);
-    if (!copy) {
-        *count = -1;
-        return nullptr;
-    }
-    std::copy(g.stops, g.stops + g.stopCount, copy.get());
-    *count = g.stopCount;
-    return copy;
-}
-
 LmProperty* LmGlow::getProperty() { return property; }
 
 int LmGlow::getOffset() { return property ? lmToInt(property->size + 0.5f) : 0; }

@@ -3,6 +3,7 @@
 
 #include "effect/LmECoreBase.h"
 #include "effect/LmGlowProperty.h"
+#include "filters/LmGradientTable.h"
 
 #include <memory>
 #include <new>
@@ -45,7 +46,7 @@ protected:
         const LmGlowProperty* g = dynamic_cast<const LmGlowProperty*>(p);
         if (!g) return;
         int count = 0;
-        std::unique_ptr<LmGradient[]> copy = copyStops(*g, &count);
+        std::unique_ptr<LmGradient[]> copy = LmGradientTable::copyStops(*g, &count);
         Record* record = count < 0 ? nullptr : new (std::nothrow) Record(g->size, g->colour, g->opacity,
                                                                          count, copy.get());
         release();
@@ -62,8 +63,6 @@ protected:
 
 private:
     void release();
-    // The record's stops, or null with *count 0 when it has none; *count -1 when the copy failed.
-    static std::unique_ptr<LmGradient[]> copyStops(const LmGlowProperty& g, int* count);
 
     std::unique_ptr<LmGradient[]> stops;
 };

@@ -4,7 +4,7 @@
 #include "filters/LmGradientTable.h"
 #include "filters/LmMaskBox.h"
 
-#include <cstring>
+#include <utility>
 
 namespace LmFontEffect {
 
@@ -12,11 +12,10 @@ LmGradientFill::~LmGradientFill() { release(); }
 
 void LmGradientFill::release()
 {
-    if (!property) return;
-    std::free(property->stops);
-    property->stops = nullptr;
+    if (property) property->stops = nullptr;
     delete property;
     property = nullptr;
+    stops.reset();
 }
 
 void LmGradientFill::setProperty(LmProperty* p)
@@ -24,14 +23,14 @@ void LmGradientFill::setProperty(LmProperty* p)
     const LmGradientProperty* g = dynamic_cast<const LmGradientProperty*>(p);
     if (!g) return;
     // Built before the old record goes, so that a layer can be given its own record.
-    LmGradientProperty* copy = makeRecord(*g);
-    if (copy && g->stops && g->stopCount > 0) {
-        LmMaskBox::Block<LmGradient> stops = LmMaskBox::allocate<LmGradient>(g->stopCount, false);
-        if (stops) std::memcpy(static_cast<void*>(stops.get()), g->stops, (size_t)g->stopCount * sizeof(LmGradient));
-        copy->stops = stops.release();
-    }
+    int count = 0;
+    std::unique_ptr<LmGradient[]> copy = LmGradientTable::copyStops(*g, &count);
+    LmGradientProperty* record = count < 0 ? nullptr : makeRecord(*g);
     release();
-    property = copy;
+    if (!record) return;
+    record->stops = copy.get();
+    property = record;
+    stops = std::move(copy);
 }
 
 LmProperty* LmGradientFill::getProperty() { return property; }

@@ -2,6 +2,9 @@
 #define LMFONTEFFECT_FILTERS_LMGRADIENTFILL_H
 
 #include "effect/LmECoreBase.h"
+#include "effect/LmGradient.h"
+
+#include <memory>
 
 namespace LmFontEffect {
 
@@ -15,8 +18,8 @@ class LmGradientFill : public LmECoreBase {
 public:
     ~LmGradientFill() override;
 
-    // Copies any gradient record, clamped again by the kind's record constructor, and its stops
-    // (none when the copy is refused, which draws nothing).
+    // Copies any gradient record, clamped again by the kind's record constructor, and its stops.
+    // A stop array too large to copy leaves the layer without a record: it then draws nothing.
     void setProperty(LmProperty* p) override;
     LmProperty* getProperty() override;
     // Returns 1 when something was drawn, 0 when it gave up: no record, a scale below 0.1, no
@@ -33,6 +36,8 @@ protected:
 
 private:
     void release();
+
+    std::unique_ptr<LmGradient[]> stops;
 };
 
 } // namespace LmFontEffect

@@ -1,11 +1,31 @@
 #include "filters/LmGradientTable.h"
 
 #include "effect/LmGradient.h"
+#include "effect/LmStopsProperty.h"
 #include "foundation/LmConvert.h"
 
 #include <algorithm>
+#include <new>
 
 namespace LmFontEffect {
+
+std::unique_ptr<LmGradient[]> LmGradientTable::copyStops(const LmStopsProperty& g, int* count)
+{
+    *count = 0;
+    if (!g.stops || g.stopCount <= 0) return nullptr;
+    if ((int64_t)g.stopCount > LmMaskBox::kMaxBytes / (int64_t)sizeof(LmGradient)) {
+        *count = -1;
+        return nullptr;
+    }
+    std::unique_ptr<LmGradient[]> copy(new (std::nothrow) LmGradient[(size_t)g.stopCount]);
+    if (!copy) {
+        *count = -1;
+        return nullptr;
+    }
+    std::copy(g.stops, g.stops + g.stopCount, copy.get());
+    *count = g.stopCount;
+    return copy;
+}
 
 bool LmGradientTable::build(unsigned* table, const LmGradient* stops, int count)
 {

@@ -4,15 +4,22 @@
 #include "filters/LmMaskBox.h"
 #include "raster/LmBlender.h"
 
+#include <memory>
+
 namespace LmFontEffect {
 
 class LmGradient;
+class LmStopsProperty;
 
 // The ramp of the two gradient fills reduced to a 257-entry ARGB table, and the painting of the
 // covered pixels of the text box with table entries, premultiplied, behind what the target holds.
 class LmGradientTable {
 public:
     static const int kEntries = 257;
+
+    // A layer's own copy of a record's stops: null with *count 0 when it has none, null with
+    // *count -1 when the copy is refused (too large or out of memory).
+    static std::unique_ptr<LmGradient[]> copyStops(const LmStopsProperty& record, int* count);
 
     // Fills table[0..256]. The stop walk passes at most one stop per entry, so stops closer than
     // 1/256 are stepped over one at a time, and it never goes past the last stop. False, with an
