@@ -17,6 +17,8 @@
 #include "text/LmTextObjectImpl.h"
 #include "text/LmView.h"
 
+#include <cstdint>
+#include <cstring>
 #include <memory>
 #include <new>
 
@@ -34,6 +36,33 @@ int caught(int site)
 {
     Error::Report(kTag, Error::LM_ERR_PLATFORM, site);
     return 0;
+}
+
+// Alpha byte of a pixel read as a word (little-endian, like the byte swap).
+const uint32_t kAlphaBits = 0xFF000000u;
+
+// The finish of a render onto a clear output, in place: inside the clip each pixel with alpha
+// trades bytes 0 and 2 (the order Java reads), every other pixel becomes 0. Whole words, so the
+// loop vectorises.
+void keepVisibleSwapped(LmBitmap* image, int left, int top, int right, int bottom)
+{
+    const size_t width = image->width;
+    for (size_t y = 0; y < image->height; ++y) {
+        unsigned char* row = image->pixels + y * width * 4;
+        if ((int64_t)y < top || (int64_t)y >= bottom || left >= right) {
+            std::memset(row, 0, width * 4);
+            continue;
+        }
+        std::memset(row, 0, (size_t)left * 4);
+        std::memset(row + (size_t)right * 4, 0, (width - (size_t)right) * 4);
+        for (size_t x = (size_t)left; x < (size_t)right; ++x) {
+            uint32_t v;
+            std::memcpy(&v, row + x * 4, 4);
+            const uint32_t swapped = (v & 0xFF00FF00u) | ((v >> 16) & 0xFFu) | ((v & 0xFFu) << 16);
+            v = (v & kAlphaBits) ? swapped : 0u;
+            std::memcpy(row + x * 4, &v, 4);
+        }
+    }
 }
 
 enum TextStyleBits : uint32_t { kBoldBit = 1u << 0, kItalicBit = 1u << 1 };
@@ -398,20 +427,34 @@ try {
     }
     impl->fontDrawing->DrawTextEffect(this, composite.get());
 
-    std::unique_ptr<LmBitmap> owned(new LmBitmap(w, h, 4));
-    LmBitmap* output = owned.get();
-    if (output->pixels) {
-        LmCanvas canvas(output->pixels, (int)w, (int)h);
-        canvas.clear();
+    // The side the text is pulled toward keeps no padding; the other sides are inset.
+    LmView* view = impl->view;
+    int horizontal = view->gravity & LmView::kHorizontalMask;
+    int vertical = view->gravity & LmView::kVerticalMask;
+    float left = horizontal == LmView::kLeft ? 0.0f : (float)view->GetPaddingLeft();
+    float right = horizontal == LmView::kRight ? (float)w : (float)w - (float)view->GetPaddingRight();
+    float top = vertical == LmView::kTop ? 0.0f : (float)view->GetPaddingTop();
+    float bottom = vertical == LmView::kBottom ? (float)h : (float)h - (float)view->GetPaddingBottom();
 
-        // The side the text is pulled toward keeps no padding; the other sides are inset.
-        LmView* view = impl->view;
-        int horizontal = view->gravity & LmView::kHorizontalMask;
-        int vertical = view->gravity & LmView::kVerticalMask;
-        float left = horizontal == LmView::kLeft ? 0.0f : (float)view->GetPaddingLeft();
-        float right = horizontal == LmView::kRight ? (float)w : (float)w - (float)view->GetPaddingRight();
-        float top = vertical == LmView::kTop ? 0.0f : (float)view->GetPaddingTop();
-        float bottom = vertical == LmView::kBottom ? (float)h : (float)h - (float)view->GetPaddingBottom();
+    std::unique_ptr<LmBitmap> owned;
+    const bool inPlace = !impl->backgroundEnabled && composite->pixels;
+    if (inPlace) {
+        // Without a background the output would stay clear until the composite is drawn, and
+        // source-over onto a clear pixel yields the source (or nothing where its alpha is 0):
+        // the composite becomes the output in place, saving a buffer and three passes.
+        LmCanvas canvas(composite->pixels, (int)w, (int)h);
+        canvas.clipRect(left, top, right, bottom);
+        int l = 0, t = 0, r = 0, b = 0;
+        canvas.getClip(&l, &t, &r, &b);
+        keepVisibleSwapped(composite.get(), l, t, r, b);
+        owned = std::move(composite);
+    } else {
+        // A new bitmap is already clear.
+        owned.reset(new LmBitmap(w, h, 4));
+    }
+    LmBitmap* output = owned.get();
+    if (!inPlace && output->pixels) {
+        LmCanvas canvas(output->pixels, (int)w, (int)h);
         canvas.clipRect(left, top, right, bottom);
 
         if (impl->backgroundEnabled) {
