@@ -23,6 +23,7 @@
 #include <algorithm>
 #include <memory>
 #include <cstdint>
+#include <cstring>
 #include <vector>
 
 namespace LmFontEffect {
@@ -521,6 +522,38 @@ void LmEffect::compositeUnder(LmBitmap* output)
     }
 }
 
+namespace {
+
+// ceil(2^24 / a): (j * r) >> 16 is floor(256 j / a) for every j, a <= 255 (the rounding error
+// j * a stays below 2^16), so the un-premultiply needs no division.
+struct Reciprocals {
+    uint32_t of[256] = {};
+    constexpr Reciprocals()
+    {
+        for (uint32_t a = 1; a < 256; ++a) of[a] = ((1u << 24) + a - 1) / a;
+    }
+};
+constexpr Reciprocals kReciprocals;
+
+inline void unpremultiplyPixel(unsigned char* p, unsigned k)
+{
+    if ((p[0] | p[1] | p[2] | p[3]) == 0 || (k == 255 && p[3] == 255)) return;
+    const unsigned ka = k * (p[3] + 1u);
+    const unsigned a = ka >> 8;
+    p[3] = (unsigned char)a;
+    if (ka <= 255) {
+        p[0] = p[1] = p[2] = 0;
+        return;
+    }
+    const uint32_t r = kReciprocals.of[a];
+    for (int c = 0; c < 3; ++c) {
+        const uint32_t q = (((k * (p[c] + 1u)) >> 8) * r) >> 16;
+        p[c] = (unsigned char)(q < 255 ? q : 255);
+    }
+}
+
+} // namespace
+
 // Applies the overall alpha k and leaves the colour unpremultiplied:
 // a = k(A + 1) >> 8; c' = min(255, (k(c + 1) & 0xFF00) / a), colour 0 when a is 0.
 void LmEffect::unpremultiply(LmBitmap* output, unsigned char alpha)
@@ -528,19 +561,20 @@ void LmEffect::unpremultiply(LmBitmap* output, unsigned char alpha)
     const unsigned k = alpha;
     const size_t n = (size_t)output->width * output->height;
     unsigned char* p = output->pixels;
-    for (size_t i = 0; i < n; ++i, p += 4) {
-        // Clear pixels stay clear, and at full strength opaque ones keep their bytes: most of a
-        // text image is one or the other, and the divisions below are the pass's cost.
-        if ((p[0] | p[1] | p[2] | p[3]) == 0 || (k == 255 && p[3] == 255)) continue;
-        unsigned ka = k * (p[3] + 1u);
-        unsigned a = ka >> 8;
-        p[3] = (unsigned char)a;
-        if (ka <= 255) {
-            p[0] = p[1] = p[2] = 0;
-            continue;
-        }
-        for (int c = 0; c < 3; ++c) p[c] = (unsigned char)std::min(((k * (p[c] + 1u)) & 0xFF00u) / a, 255u);
+    // Clear pixels stay clear, and at full strength opaque ones keep their bytes: most of a text
+    // image is one or the other, so runs of four are checked as two words first.
+    static const unsigned char kOpaqueBytes[8] = {0, 0, 0, 255, 0, 0, 0, 255};
+    uint64_t opaque;
+    std::memcpy(&opaque, kOpaqueBytes, 8);
+    size_t i = 0;
+    for (; i + 4 <= n; i += 4, p += 16) {
+        uint64_t w0, w1;
+        std::memcpy(&w0, p, 8);
+        std::memcpy(&w1, p + 8, 8);
+        if ((w0 | w1) == 0 || (k == 255 && (w0 & w1 & opaque) == opaque)) continue;
+        for (int j = 0; j < 4; ++j) unpremultiplyPixel(p + 4 * j, k);
     }
+    for (; i < n; ++i, p += 4) unpremultiplyPixel(p, k);
 }
 
 void LmEffect::compositeLayers(LmBitmap* output)

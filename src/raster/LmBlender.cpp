@@ -247,12 +247,16 @@ void LmBlender::blendDstOverSA8To32(int x, int y, const LmBitmap* dst, const uns
 {
     const Rgba c = unpackArgb(colour);
     const unsigned C[3] = {c.r, c.g, c.b};
+    // The coloured coverage of every byte value: around text the pixel is mostly still clear.
+    unsigned char coloured[256][4];
+    for (unsigned m = 0; m < 256; ++m)
+        put(coloured[m], ((c.r + 1) * m) >> 8, ((c.g + 1) * m) >> 8, ((c.b + 1) * m) >> 8, ((c.a + 1) * m) >> 8);
     each8(x, y, dst, src, w, h, stride, 4, [&](unsigned char* d, unsigned m) {
         if (m == 0) return;
         unsigned da = d[3];
         unsigned sa = ((c.a + 1) * m) >> 8;
         if (da == 0) {
-            put(d, ((c.r + 1) * m) >> 8, ((c.g + 1) * m) >> 8, ((c.b + 1) * m) >> 8, sa);
+            std::memcpy(d, coloured[m], 4);
             return;
         }
         if (m == 255) {
