@@ -556,11 +556,9 @@ inline void unpremultiplyPixel(unsigned char* p, unsigned k)
 
 // Applies the overall alpha k and leaves the colour unpremultiplied:
 // a = k(A + 1) >> 8; c' = min(255, (k(c + 1) & 0xFF00) / a), colour 0 when a is 0.
-void LmEffect::unpremultiply(LmBitmap* output, unsigned char alpha)
+void LmEffect::unpremultiplyRow(unsigned char* p, size_t n, unsigned char alpha)
 {
     const unsigned k = alpha;
-    const size_t n = (size_t)output->width * output->height;
-    unsigned char* p = output->pixels;
     // Clear pixels stay clear, and at full strength opaque ones keep their bytes: most of a text
     // image is one or the other, so runs of four are checked as two words first.
     static const unsigned char kOpaqueBytes[8] = {0, 0, 0, 255, 0, 0, 0, 255};
@@ -577,7 +575,11 @@ void LmEffect::unpremultiply(LmBitmap* output, unsigned char alpha)
     for (; i < n; ++i, p += 4) unpremultiplyPixel(p, k);
 }
 
-void LmEffect::compositeLayers(LmBitmap* output)
+void LmEffect::compositeLayers(LmBitmap* output) { composite(output, true); }
+
+void LmEffect::compositeLayersPremultiplied(LmBitmap* output) { composite(output, false); }
+
+void LmEffect::composite(LmBitmap* output, bool unpremultiplyToo)
 {
     debug("CompositeLayers(%p) - start", this);
     const bool usable = output && output->pixels && output->bytesPerPixel == 4;
@@ -590,7 +592,7 @@ void LmEffect::compositeLayers(LmBitmap* output)
     }
     if (usable) {
         if (compositeMode == 1) compositeUnder(output);
-        unpremultiply(output, textAlpha);
+        if (unpremultiplyToo) unpremultiplyRow(output->pixels, (size_t)n, textAlpha);
     }
     releaseBitmap();
     compositeMode = 0;

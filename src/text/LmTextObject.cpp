@@ -41,10 +41,10 @@ int caught(int site)
 // Alpha byte of a pixel read as a word (little-endian, like the byte swap).
 const uint32_t kAlphaBits = 0xFF000000u;
 
-// The finish of a render onto a clear output, in place: inside the clip each pixel with alpha
-// trades bytes 0 and 2 (the order Java reads), every other pixel becomes 0. Whole words, so the
-// loop vectorises.
-void keepVisibleSwapped(LmBitmap* image, int left, int top, int right, int bottom)
+// The finish of a render onto a clear output, in place and row by row while the row is in
+// cache: inside the clip each pixel is un-premultiplied with the text alpha, then each pixel
+// with alpha trades bytes 0 and 2 (the order Java reads); every other pixel becomes 0.
+void finishInPlace(LmBitmap* image, unsigned char textAlpha, int left, int top, int right, int bottom)
 {
     const size_t width = image->width;
     for (size_t y = 0; y < image->height; ++y) {
@@ -55,6 +55,8 @@ void keepVisibleSwapped(LmBitmap* image, int left, int top, int right, int botto
         }
         std::memset(row, 0, (size_t)left * 4);
         std::memset(row + (size_t)right * 4, 0, (width - (size_t)right) * 4);
+        LmEffect::unpremultiplyRow(row + (size_t)left * 4, (size_t)(right - left), textAlpha);
+        // Whole words, so the loop vectorises.
         for (size_t x = (size_t)left; x < (size_t)right; ++x) {
             uint32_t v;
             std::memcpy(&v, row + x * 4, 4);
@@ -425,7 +427,8 @@ try {
         Error::Report(kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
         return impl->resultBitmap ? reinterpret_cast<uint32_t*>(impl->resultBitmap->pixels) : nullptr;
     }
-    impl->fontDrawing->DrawTextEffect(this, composite.get());
+    impl->fontDrawing->DrawTextEffect(this, composite.get(), true);
+    const unsigned char textAlpha = impl->effect ? impl->effect->getTextAlpha() : 255;
 
     // The side the text is pulled toward keeps no padding; the other sides are inset.
     LmView* view = impl->view;
@@ -446,7 +449,7 @@ try {
         canvas.clipRect(left, top, right, bottom);
         int l = 0, t = 0, r = 0, b = 0;
         canvas.getClip(&l, &t, &r, &b);
-        keepVisibleSwapped(composite.get(), l, t, r, b);
+        finishInPlace(composite.get(), textAlpha, l, t, r, b);
         owned = std::move(composite);
     } else {
         // A new bitmap is already clear.
@@ -471,6 +474,7 @@ try {
         // B, G, R, A in little-endian memory.
         LmBlender::convertBGRAToARGB(output);
         if (composite->pixels) {
+            LmEffect::unpremultiplyRow(composite->pixels, (size_t)w * h, textAlpha);
             LmBlender::convertBGRAToARGB(composite.get());
             canvas.drawImage(composite->pixels, (int)w, (int)h, 0, 0);
         }
