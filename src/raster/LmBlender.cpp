@@ -188,8 +188,11 @@ void LmBlender::drawBitmap(int x, int y, const LmBitmap* dst, const LmBitmap* sr
 void LmBlender::convertBGRAToARGB(LmBitmap* bitmap)
 {
     if (!bitmap || !bitmap->pixels || bitmap->height < 1 || bitmap->bytesPerPixel != 4) return;
-    size_t n = (size_t)bitmap->width * bitmap->height;
-    unsigned char* p = bitmap->pixels;
+    swapRedBlue(bitmap->pixels, (size_t)bitmap->width * bitmap->height);
+}
+
+void LmBlender::swapRedBlue(unsigned char* p, size_t n)
+{
     // Bytes 0 and 2 of each pixel trade places; as whole words the loop vectorises.
     for (size_t i = 0; i < n; ++i, p += 4) {
         uint32_t v;

@@ -471,12 +471,15 @@ try {
         }
 
         // The stack leaves R, G, B, A bytes; Java reads each pixel as one ARGB int, which is
-        // B, G, R, A in little-endian memory.
-        LmBlender::convertBGRAToARGB(output);
-        if (composite->pixels) {
-            LmEffect::unpremultiplyRow(composite->pixels, (size_t)w * h, textAlpha);
-            LmBlender::convertBGRAToARGB(composite.get());
-            canvas.drawImage(composite->pixels, (int)w, (int)h, 0, 0);
+        // B, G, R, A in little-endian memory. Both images are swapped and the composite drawn
+        // row by row, while the rows are in cache.
+        for (unsigned y = 0; y < h; ++y) {
+            LmBlender::swapRedBlue(output->pixels + (size_t)y * w * 4, w);
+            if (!composite->pixels) continue;
+            unsigned char* row = composite->pixels + (size_t)y * w * 4;
+            LmEffect::unpremultiplyRow(row, w, textAlpha);
+            LmBlender::swapRedBlue(row, w);
+            canvas.drawImage(row, (int)w, 1, 0, (int)y);
         }
     }
 
