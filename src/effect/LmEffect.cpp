@@ -19,6 +19,7 @@
 #include "foundation/LmLog.h"
 #include "raster/LmBitmap.h"
 #include "raster/LmBlender.h"
+#include "raster/LmRowOps.h"
 
 #include <algorithm>
 #include <memory>
@@ -535,9 +536,9 @@ struct Reciprocals {
 };
 constexpr Reciprocals kReciprocals;
 
+// A pixel neither clear nor, at full strength, opaque.
 inline void unpremultiplyPixel(unsigned char* p, unsigned k)
 {
-    if ((p[0] | p[1] | p[2] | p[3]) == 0 || (k == 255 && p[3] == 255)) return;
     const unsigned ka = k * (p[3] + 1u);
     const unsigned a = ka >> 8;
     p[3] = (unsigned char)a;
@@ -560,19 +561,17 @@ void LmEffect::unpremultiplyRow(unsigned char* p, size_t n, unsigned char alpha)
 {
     const unsigned k = alpha;
     // Clear pixels stay clear, and at full strength opaque ones keep their bytes: most of a text
-    // image is one or the other, so runs of four are checked as two words first.
-    static const unsigned char kOpaqueBytes[8] = {0, 0, 0, 255, 0, 0, 0, 255};
-    uint64_t opaque;
-    std::memcpy(&opaque, kOpaqueBytes, 8);
+    // image is one or the other, so such runs are stepped over whole, the rest pixel by pixel.
     size_t i = 0;
-    for (; i + 4 <= n; i += 4, p += 16) {
-        uint64_t w0, w1;
-        std::memcpy(&w0, p, 8);
-        std::memcpy(&w1, p + 8, 8);
-        if ((w0 | w1) == 0 || (k == 255 && (w0 & w1 & opaque) == opaque)) continue;
-        for (int j = 0; j < 4; ++j) unpremultiplyPixel(p + 4 * j, k);
+    while (i < n) {
+        i += LmRowOps::zeroBytes(p + 4 * i, 4 * (n - i)) / 4;
+        if (k == 255) i += LmRowOps::opaquePixels(p + 4 * i, n - i);
+        for (; i < n; ++i) {
+            unsigned char* px = p + 4 * i;
+            if ((px[0] | px[1] | px[2] | px[3]) == 0 || (k == 255 && px[3] == 255)) break;
+            unpremultiplyPixel(px, k);
+        }
     }
-    for (; i < n; ++i, p += 4) unpremultiplyPixel(p, k);
 }
 
 void LmEffect::compositeLayers(LmBitmap* output) { composite(output, true); }

@@ -54,19 +54,19 @@ void each8(int x, int y, const LmBitmap* dst, const unsigned char* src, int w, i
     for (int Y = c.y0; Y < c.y1; ++Y) {
         unsigned char* d = dst->pixels + ((size_t)Y * dst->width + c.x0) * dstBytes;
         const unsigned char* s = src + (size_t)(Y - y) * (size_t)stride + (size_t)(c.x0 - x);
-        for (int X = c.x0; X < c.x1; ++X, d += dstBytes, ++s) {
-            // Coverage is mostly 0 around text: step over eight clear bytes at a time.
-            if (skipClear && X + 8 <= c.x1) {
-                uint64_t eight;
-                std::memcpy(&eight, s, 8);
-                if (eight == 0) {
-                    X += 7;
-                    d += 7 * dstBytes;
-                    s += 7;
-                    continue;
-                }
+        for (int X = c.x0; X < c.x1;) {
+            // Coverage is mostly 0 around text: clear runs are stepped over whole.
+            if (skipClear && *s == 0) {
+                const size_t run = LmRowOps::zeroBytes(s, (size_t)(c.x1 - X));
+                X += (int)run;
+                d += run * dstBytes;
+                s += run;
+                continue;
             }
             op(d, (unsigned)*s);
+            ++X;
+            d += dstBytes;
+            ++s;
         }
     }
 }

@@ -24,6 +24,14 @@ public:
     // acc[i] = c[i] * weights[0] + sum over t = 1..R of (c[i + t * step] + c[i - t * step]) *
     // weights[t]: symmetric blur taps `step` bytes apart. The sums must stay below 2^31.
     static void sumTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t count, const int* weights, int R);
+
+    // Pixel-row scans of the text output passes (32-bit pixels R, G, B, A in memory).
+    // Number of leading zero bytes of p[0..count).
+    static size_t zeroBytes(const unsigned char* p, size_t count);
+    // Number of leading pixels whose alpha byte is 255.
+    static size_t opaquePixels(const unsigned char* pixels, size_t count);
+    // Each pixel with a non-zero alpha trades bytes 0 and 2; every other pixel becomes 0.
+    static void swapVisible(unsigned char* pixels, size_t count);
 };
 
 } // namespace LmFontEffect

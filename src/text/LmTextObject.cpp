@@ -9,6 +9,7 @@
 #include "platform/LmLocaleListRegistry.h"
 #include "raster/LmBitmap.h"
 #include "raster/LmBlender.h"
+#include "raster/LmRowOps.h"
 #include "text/FontManager.h"
 #include "text/LineInfo.h"
 #include "text/LmFontDrawing.h"
@@ -38,9 +39,6 @@ int caught(int site)
     return 0;
 }
 
-// Alpha byte of a pixel read as a word (little-endian, like the byte swap).
-const uint32_t kAlphaBits = 0xFF000000u;
-
 // The finish of a render onto a clear output, in place and row by row while the row is in
 // cache: inside the clip each pixel is un-premultiplied with the text alpha, then each pixel
 // with alpha trades bytes 0 and 2 (the order Java reads); every other pixel becomes 0.
@@ -56,14 +54,7 @@ void finishInPlace(LmBitmap* image, unsigned char textAlpha, int left, int top, 
         std::memset(row, 0, (size_t)left * 4);
         std::memset(row + (size_t)right * 4, 0, (width - (size_t)right) * 4);
         LmEffect::unpremultiplyRow(row + (size_t)left * 4, (size_t)(right - left), textAlpha);
-        // Whole words, so the loop vectorises.
-        for (size_t x = (size_t)left; x < (size_t)right; ++x) {
-            uint32_t v;
-            std::memcpy(&v, row + x * 4, 4);
-            const uint32_t swapped = (v & 0xFF00FF00u) | ((v >> 16) & 0xFFu) | ((v & 0xFFu) << 16);
-            v = (v & kAlphaBits) ? swapped : 0u;
-            std::memcpy(row + x * 4, &v, 4);
-        }
+        LmRowOps::swapVisible(row + (size_t)left * 4, (size_t)(right - left));
     }
 }
 
