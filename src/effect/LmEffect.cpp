@@ -565,7 +565,7 @@ void LmEffect::unpremultiplyRow(unsigned char* p, size_t n, unsigned char alpha)
     size_t i = 0;
     while (i < n) {
         i += LmRowOps::zeroBytes(p + 4 * i, 4 * (n - i)) / 4;
-        if (k == 255) i += LmRowOps::opaquePixels(p + 4 * i, n - i);
+        if (k == 255) i += LmRowOps::alphaRun(p + 4 * i, n - i, 255);
         for (; i < n; ++i) {
             unsigned char* px = p + 4 * i;
             if ((px[0] | px[1] | px[2] | px[3]) == 0 || (k == 255 && px[3] == 255)) break;

@@ -42,11 +42,11 @@ bool usable(const LmBitmap* dst, const void* src, int w, int h, int stride, unsi
     return dst && src && dst->pixels && dst->bytesPerPixel == bytesPerPixel && w > 0 && h > 0 && stride >= 0;
 }
 
-// Runs op(destination pixel bytes, source coverage) over the clipped area of an 8-bit source;
-// with skipClear, op must leave the pixel alone for coverage 0.
-template <class Op>
-void each8(int x, int y, const LmBitmap* dst, const unsigned char* src, int w, int h, int stride,
-           unsigned dstBytes, Op op, bool skipClear = false)
+// Runs rowOp(destination, coverage, pixel count) over each row of the clipped area of an 8-bit
+// source.
+template <class RowOp>
+void rows8(int x, int y, const LmBitmap* dst, const unsigned char* src, int w, int h, int stride,
+           unsigned dstBytes, RowOp rowOp)
 {
     if (!usable(dst, src, w, h, stride, dstBytes)) return;
     Clip c = clipTo(dst, x, y, w, h);
@@ -54,21 +54,32 @@ void each8(int x, int y, const LmBitmap* dst, const unsigned char* src, int w, i
     for (int Y = c.y0; Y < c.y1; ++Y) {
         unsigned char* d = dst->pixels + ((size_t)Y * dst->width + c.x0) * dstBytes;
         const unsigned char* s = src + (size_t)(Y - y) * (size_t)stride + (size_t)(c.x0 - x);
-        for (int X = c.x0; X < c.x1;) {
-            // Coverage is mostly 0 around text: clear runs are stepped over whole.
-            if (skipClear && *s == 0) {
-                const size_t run = LmRowOps::zeroBytes(s, (size_t)(c.x1 - X));
-                X += (int)run;
-                d += run * dstBytes;
-                s += run;
-                continue;
-            }
-            op(d, (unsigned)*s);
-            ++X;
-            d += dstBytes;
-            ++s;
-        }
+        rowOp(d, s, (size_t)(c.x1 - c.x0));
     }
+}
+
+// Runs op(destination pixel bytes, coverage) over n pixels of a row; with skipClear, op must
+// leave the pixel alone for coverage 0, and clear runs (mostly around text) are stepped over whole.
+template <class Op>
+void span8(unsigned char* d, const unsigned char* s, size_t n, unsigned dstBytes, Op op, bool skipClear)
+{
+    for (size_t i = 0; i < n;) {
+        if (skipClear && s[i] == 0) {
+            i += LmRowOps::zeroBytes(s + i, n - i);
+            continue;
+        }
+        op(d + i * dstBytes, (unsigned)s[i]);
+        ++i;
+    }
+}
+
+template <class Op>
+void each8(int x, int y, const LmBitmap* dst, const unsigned char* src, int w, int h, int stride,
+           unsigned dstBytes, Op op, bool skipClear = false)
+{
+    rows8(x, y, dst, src, w, h, stride, dstBytes, [&](unsigned char* d, const unsigned char* s, size_t n) {
+        span8(d, s, n, dstBytes, op, skipClear);
+    });
 }
 
 // The same over a 32-bit source; fetch(row pointer, column) yields its RGBA channels.
@@ -254,8 +265,7 @@ void LmBlender::blendDstOverSA8To32(int x, int y, const LmBitmap* dst, const uns
     unsigned char coloured[256][4];
     for (unsigned m = 0; m < 256; ++m)
         put(coloured[m], ((c.r + 1) * m) >> 8, ((c.g + 1) * m) >> 8, ((c.b + 1) * m) >> 8, ((c.a + 1) * m) >> 8);
-    each8(x, y, dst, src, w, h, stride, 4, [&](unsigned char* d, unsigned m) {
-        if (m == 0) return;
+    auto pixel = [&](unsigned char* d, unsigned m) {
         unsigned da = d[3];
         unsigned sa = ((c.a + 1) * m) >> 8;
         if (da == 0) {
@@ -279,7 +289,17 @@ void LmBlender::blendDstOverSA8To32(int x, int y, const LmBitmap* dst, const uns
         }
         unsigned p = (da + (((1 + sa) * k) >> 8) + 1) * m;
         d[3] = (unsigned char)(p > 65535 ? 255 : p >> 8);
-    }, true);
+    };
+    auto ontoClear = [&](unsigned char* d, unsigned m) { std::memcpy(d, coloured[m], 4); };
+    rows8(x, y, dst, src, w, h, stride, 4, [&](unsigned char* d, const unsigned char* s, size_t n) {
+        if (LmRowOps::zeroBytes(s, n) == n) return;
+        // A row still without alpha takes the coloured coverage unread: one streamed look at
+        // the row costs far less than a cache miss at every covered pixel.
+        if (LmRowOps::alphaRun(d, n, 0) == n)
+            span8(d, s, n, 4, ontoClear, true);
+        else
+            span8(d, s, n, 4, pixel, true);
+    });
 }
 
 void LmBlender::blendSrcOver32To32(int x, int y, const LmBitmap* dst, const unsigned int* src, int w, int h,

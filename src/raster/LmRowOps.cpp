@@ -205,9 +205,9 @@ size_t zeroBytesFrom(const unsigned char* p, size_t i, size_t count)
     return i;
 }
 
-size_t opaquePixelsFrom(const unsigned char* pixels, size_t i, size_t count)
+size_t alphaRunFrom(const unsigned char* pixels, size_t i, size_t count, unsigned char alpha)
 {
-    while (i < count && pixels[4 * i + 3] == 255) ++i;
+    while (i < count && pixels[4 * i + 3] == alpha) ++i;
     return i;
 }
 
@@ -244,18 +244,19 @@ size_t ZeroBytes(const unsigned char* p, size_t count)
 }
 
 // Pixels as little-endian words: alpha in bits 24..31.
-size_t OpaquePixels(const unsigned char* pixels, size_t count)
+size_t AlphaRun(const unsigned char* pixels, size_t count, unsigned char alpha)
 {
     const hn::ScalableTag<uint32_t> d;
     const size_t lanes = hn::Lanes(d);
-    const auto alpha = hn::Set(d, 0xFF000000u);
+    const auto mask = hn::Set(d, 0xFF000000u);
+    const auto wanted = hn::Set(d, (uint32_t)alpha << 24);
     const uint32_t* words = reinterpret_cast<const uint32_t*>(pixels);
     size_t i = 0;
     for (; i + lanes <= count; i += lanes) {
-        const auto notOpaque = hn::Ne(hn::And(hn::LoadU(d, words + i), alpha), alpha);
-        if (!hn::AllFalse(d, notOpaque)) return i + (size_t)hn::FindFirstTrue(d, notOpaque);
+        const auto other = hn::Ne(hn::And(hn::LoadU(d, words + i), mask), wanted);
+        if (!hn::AllFalse(d, other)) return i + (size_t)hn::FindFirstTrue(d, other);
     }
-    return opaquePixelsFrom(pixels, i, count);
+    return alphaRunFrom(pixels, i, count, alpha);
 }
 
 void SwapVisible(unsigned char* pixels, size_t count)
@@ -286,21 +287,24 @@ namespace LmFontEffect {
 
 #if defined(LM_HAVE_HWY)
 HWY_EXPORT(ZeroBytes);
-HWY_EXPORT(OpaquePixels);
+HWY_EXPORT(AlphaRun);
 HWY_EXPORT(SwapVisible);
 
 size_t LmRowOps::zeroBytes(const unsigned char* p, size_t count) { return HWY_DYNAMIC_DISPATCH(ZeroBytes)(p, count); }
 
-size_t LmRowOps::opaquePixels(const unsigned char* pixels, size_t count)
+size_t LmRowOps::alphaRun(const unsigned char* pixels, size_t count, unsigned char alpha)
 {
-    return HWY_DYNAMIC_DISPATCH(OpaquePixels)(pixels, count);
+    return HWY_DYNAMIC_DISPATCH(AlphaRun)(pixels, count, alpha);
 }
 
 void LmRowOps::swapVisible(unsigned char* pixels, size_t count) { HWY_DYNAMIC_DISPATCH(SwapVisible)(pixels, count); }
 #else
 size_t LmRowOps::zeroBytes(const unsigned char* p, size_t count) { return zeroBytesFrom(p, 0, count); }
 
-size_t LmRowOps::opaquePixels(const unsigned char* pixels, size_t count) { return opaquePixelsFrom(pixels, 0, count); }
+size_t LmRowOps::alphaRun(const unsigned char* pixels, size_t count, unsigned char alpha)
+{
+    return alphaRunFrom(pixels, 0, count, alpha);
+}
 
 void LmRowOps::swapVisible(unsigned char* pixels, size_t count) { swapVisibleFrom(pixels, 0, count); }
 #endif

@@ -22,7 +22,8 @@ TEST(LmBlenderRuns, SkippingClearCoverageKeepsEveryByte)
         if (i < w * h) mask[i++] = (unsigned char)(rng() % 3 == 0 ? 255 : rng());
     }
     LmBitmap start(40, 7, 4);
-    for (unsigned i = 0; i < 40 * 7 * 4; ++i) start.pixels[i] = (unsigned char)(i % 16 < 8 ? 0 : rng());
+    // Row 3 is entirely clear (the unread path), the others mix clear pixels and not.
+    for (unsigned i = 0; i < 40 * 7 * 4; ++i) start.pixels[i] = (unsigned char)(i % 16 < 8 || i / 160 == 3 ? 0 : rng());
     for (int mode : {LME_BLEND_SRC_OVER, LME_BLEND_DST_OVER, LME_BLEND_DST_OVER_NSA, LME_BLEND_OTHER}) {
         LmBitmap whole(start), onePixel(start);
         LmBlender::drawBitmapBlend8(2, 1, &whole, mask.data(), w, h, w, 0xC0A05010u, mode);

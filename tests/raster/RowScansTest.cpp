@@ -19,13 +19,15 @@ TEST(LmRowScans, RunsAndSwapMatchPlainLoops)
                 opaque[4 * i] = (unsigned char)rng();
                 opaque[4 * i + 3] = 255;
             }
+            size_t at = 4 * count; // the first non-zero byte
             if (breakAt < count) {
-                zeros[4 * breakAt + rng() % 4] = 1 + rng() % 255;
+                at = 4 * breakAt + rng() % 4;
+                zeros[at] = (unsigned char)(1 + rng() % 255);
                 opaque[4 * breakAt + 3] = (unsigned char)(rng() % 255);
             }
-            EXPECT_EQ(breakAt < count ? 4 * breakAt : 4 * count, LmRowOps::zeroBytes(zeros.data(), 4 * count) & ~3u)
-                << count << " " << breakAt;
-            EXPECT_EQ(breakAt, LmRowOps::opaquePixels(opaque.data(), count)) << count << " " << breakAt;
+            EXPECT_EQ(at, LmRowOps::zeroBytes(zeros.data(), 4 * count)) << count << " " << breakAt;
+            EXPECT_EQ(at % 4 == 3 ? breakAt : count, LmRowOps::alphaRun(zeros.data(), count, 0)) << count;
+            EXPECT_EQ(breakAt, LmRowOps::alphaRun(opaque.data(), count, 255)) << count << " " << breakAt;
         }
         std::vector<unsigned char> row(4 * count + 4);
         for (unsigned char& b : row) b = (unsigned char)(rng() % 3 == 0 ? 0 : rng());
