@@ -45,6 +45,7 @@ int caught(int site)
 void finishInPlace(LmBitmap* image, unsigned char textAlpha, int left, int top, int right, int bottom)
 {
     const size_t width = image->width;
+    if (width == 0) return; // a zero-width image may still claim billions of rows
     for (size_t y = 0; y < image->height; ++y) {
         unsigned char* row = image->pixels + y * width * 4;
         if ((int64_t)y < top || (int64_t)y >= bottom || left >= right) {
@@ -464,7 +465,7 @@ try {
         // The stack leaves R, G, B, A bytes; Java reads each pixel as one ARGB int, which is
         // B, G, R, A in little-endian memory. Both images are swapped and the composite drawn
         // row by row, while the rows are in cache.
-        for (unsigned y = 0; y < h; ++y) {
+        for (unsigned y = 0; w > 0 && y < h; ++y) {
             LmBlender::swapRedBlue(output->pixels + (size_t)y * w * 4, w);
             if (!composite->pixels) continue;
             unsigned char* row = composite->pixels + (size_t)y * w * 4;

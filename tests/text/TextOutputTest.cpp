@@ -41,6 +41,20 @@ TEST(RenderFinish, InPlaceFinishGivesTheBytesOfTheGeneralOne)
     }
 }
 
+// Nothing is done per row of a zero-width image, however many rows it claims.
+TEST(RenderFinish, ZeroWidthImageOfTwoBillionRowsReturnsAtOnce)
+{
+    for (bool background : {false, true}) {
+        LmTextObject object;
+        ASSERT_EQ(1, object.Construct());
+        object.SetText(L"Hi");
+        object.SetFont(kSansPath);
+        giveLines(object, {newLine(0, 45, 0, 2)});
+        object.SetBackgroundColor(0xFF00FF00u, background);
+        object.RenderTextEffect(0, 2000000000);
+    }
+}
+
 // Every pair of alphas; each channel sees 64 (source, destination) pairs per pair, a different
 // spread for each. (The whole 2^32 domain was checked once offline.)
 TEST(LmCanvasSourceOver, IntegerBlendGivesTheBytesOfTheDoubles)
