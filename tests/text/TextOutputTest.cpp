@@ -29,29 +29,13 @@ TEST(RenderFinish, InPlaceFinishGivesTheBytesOfTheGeneralOne)
             object.GetView()->SetPadding(20 * c, 10, 5, 30 * c);
             object.GetView()->gravity = gravities[c];
             if (c % 2) object.GetEffect()->addOuterShadowText(120.0f, 6.0f, 8.0f, 0xFF2040A0u, 0.6f);
-            LineInfo* line = newLine(-12, 45, 0, 5);
-            line->bounds = LmRect(-12, 0, 200, 80);
-            giveLines(object, {line});
+            giveLines(object, {newLine(-12, 45, 0, 5)});
             if (general) object.SetBackgroundColor(0x00FFFFFFu, true);
             const uint32_t* px = object.RenderTextEffect(200, 80);
             ASSERT_NE(nullptr, px);
             images[general].assign(px, px + 200 * 80);
         }
         ASSERT_EQ(images[1], images[0]) << "case " << c;
-    }
-}
-
-// Nothing is done per row of a zero-width image, however many rows it claims.
-TEST(RenderFinish, ZeroWidthImageOfTwoBillionRowsReturnsAtOnce)
-{
-    for (bool background : {false, true}) {
-        LmTextObject object;
-        ASSERT_EQ(1, object.Construct());
-        object.SetText(L"Hi");
-        object.SetFont(kSansPath);
-        giveLines(object, {newLine(0, 45, 0, 2)});
-        object.SetBackgroundColor(0xFF00FF00u, background);
-        object.RenderTextEffect(0, 2000000000);
     }
 }
 
