@@ -1,5 +1,6 @@
 // Times one render of a three-line paragraph through the text object with the text layer
-// only: shaping, line masks, the effect pass and the output composite, at 48 px and 160 px.
+// only: shaping, line masks, the effect pass and the output composite, at 48 px and 160 px,
+// without and with line backgrounds.
 #include "foundation/List.h"
 #include "foundation/LmString.h"
 #include "platform/LmPaint.h"
@@ -62,7 +63,7 @@ std::unique_ptr<LmTextObject> makeParagraph(float size, int* width, int* height)
     return object;
 }
 
-void BM_RenderParagraph(benchmark::State& state)
+void renderParagraph(benchmark::State& state, bool background)
 {
     const float size = (float)state.range(0);
     int width = 0, height = 0;
@@ -71,12 +72,19 @@ void BM_RenderParagraph(benchmark::State& state)
         state.SkipWithError("font file missing");
         return;
     }
+    // Line boxes in a translucent colour: the output is drawn, swapped and blended with the text.
+    if (background) object->SetBackgroundColor(0x80F0E0D0u, true);
     for (auto _ : state) {
         benchmark::DoNotOptimize(object->RenderTextEffect(width, height));
     }
     state.SetLabel(std::to_string(width) + "x" + std::to_string(height));
 }
 
+void BM_RenderParagraph(benchmark::State& state) { renderParagraph(state, false); }
+
+void BM_RenderParagraphOnBackground(benchmark::State& state) { renderParagraph(state, true); }
+
 } // namespace
 
 BENCHMARK(BM_RenderParagraph)->Arg(48)->Arg(160)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_RenderParagraphOnBackground)->Arg(48)->Arg(160)->Unit(benchmark::kMillisecond);

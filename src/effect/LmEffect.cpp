@@ -19,10 +19,12 @@
 #include "foundation/LmLog.h"
 #include "raster/LmBitmap.h"
 #include "raster/LmBlender.h"
+#include "raster/LmRowOps.h"
 
 #include <algorithm>
 #include <memory>
 #include <cstdint>
+#include <cstring>
 #include <vector>
 
 namespace LmFontEffect {
@@ -521,29 +523,62 @@ void LmEffect::compositeUnder(LmBitmap* output)
     }
 }
 
-// Applies the overall alpha k and leaves the colour unpremultiplied:
-// a = k(A + 1) >> 8; c' = min(255, (k(c + 1) & 0xFF00) / a), colour 0 when a is 0.
-void LmEffect::unpremultiply(LmBitmap* output, unsigned char alpha)
+namespace {
+
+// ceil(2^24 / a): (j * r) >> 16 is floor(256 j / a) for every j, a <= 255 (the rounding error
+// j * a stays below 2^16), so the un-premultiply needs no division.
+struct Reciprocals {
+    uint32_t of[256] = {};
+    constexpr Reciprocals()
+    {
+        for (uint32_t a = 1; a < 256; ++a) of[a] = ((1u << 24) + a - 1) / a;
+    }
+};
+constexpr Reciprocals kReciprocals;
+
+// A pixel neither clear nor, at full strength, opaque.
+inline void unpremultiplyPixel(unsigned char* p, unsigned k)
 {
-    const unsigned k = alpha;
-    const size_t n = (size_t)output->width * output->height;
-    unsigned char* p = output->pixels;
-    for (size_t i = 0; i < n; ++i, p += 4) {
-        // Clear pixels stay clear, and at full strength opaque ones keep their bytes: most of a
-        // text image is one or the other, and the divisions below are the pass's cost.
-        if ((p[0] | p[1] | p[2] | p[3]) == 0 || (k == 255 && p[3] == 255)) continue;
-        unsigned ka = k * (p[3] + 1u);
-        unsigned a = ka >> 8;
-        p[3] = (unsigned char)a;
-        if (ka <= 255) {
-            p[0] = p[1] = p[2] = 0;
-            continue;
-        }
-        for (int c = 0; c < 3; ++c) p[c] = (unsigned char)std::min(((k * (p[c] + 1u)) & 0xFF00u) / a, 255u);
+    const unsigned ka = k * (p[3] + 1u);
+    const unsigned a = ka >> 8;
+    p[3] = (unsigned char)a;
+    if (ka <= 255) {
+        p[0] = p[1] = p[2] = 0;
+        return;
+    }
+    const uint32_t r = kReciprocals.of[a];
+    for (int c = 0; c < 3; ++c) {
+        const uint32_t q = (((k * (p[c] + 1u)) >> 8) * r) >> 16;
+        p[c] = (unsigned char)(q < 255 ? q : 255);
     }
 }
 
-void LmEffect::compositeLayers(LmBitmap* output)
+} // namespace
+
+// Applies the overall alpha k and leaves the colour unpremultiplied:
+// a = k(A + 1) >> 8; c' = min(255, (k(c + 1) & 0xFF00) / a), colour 0 when a is 0.
+void LmEffect::unpremultiplyRow(unsigned char* p, size_t n, unsigned char alpha)
+{
+    const unsigned k = alpha;
+    // Clear pixels stay clear, and at full strength opaque ones keep their bytes: most of a text
+    // image is one or the other, so such runs are stepped over whole, the rest pixel by pixel.
+    size_t i = 0;
+    while (i < n) {
+        i += LmRowOps::zeroBytes(p + 4 * i, 4 * (n - i)) / 4;
+        if (k == 255) i += LmRowOps::alphaRun(p + 4 * i, n - i, 255);
+        for (; i < n; ++i) {
+            unsigned char* px = p + 4 * i;
+            if ((px[0] | px[1] | px[2] | px[3]) == 0 || (k == 255 && px[3] == 255)) break;
+            unpremultiplyPixel(px, k);
+        }
+    }
+}
+
+void LmEffect::compositeLayers(LmBitmap* output) { composite(output, true); }
+
+void LmEffect::compositeLayersPremultiplied(LmBitmap* output) { composite(output, false); }
+
+void LmEffect::composite(LmBitmap* output, bool unpremultiplyToo)
 {
     debug("CompositeLayers(%p) - start", this);
     const bool usable = output && output->pixels && output->bytesPerPixel == 4;
@@ -556,7 +591,7 @@ void LmEffect::compositeLayers(LmBitmap* output)
     }
     if (usable) {
         if (compositeMode == 1) compositeUnder(output);
-        unpremultiply(output, textAlpha);
+        if (unpremultiplyToo) unpremultiplyRow(output->pixels, (size_t)n, textAlpha);
     }
     releaseBitmap();
     compositeMode = 0;

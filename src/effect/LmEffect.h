@@ -3,6 +3,7 @@
 
 #include "raster/LmRect.h"
 
+#include <cstddef>
 #include <vector>
 
 namespace LmFontEffect {
@@ -80,6 +81,12 @@ public:
     void renderEffectLayer(int x, int y, LmGlyph* glyph);
     void doEffectPostProcessing();
     void compositeLayers(LmBitmap* output);
+    // compositeLayers without the final un-premultiply: the caller runs unpremultiplyRow over
+    // the output with getTextAlpha(), fused with its own pass over the pixels.
+    void compositeLayersPremultiplied(LmBitmap* output);
+    // The output finish over `count` packed pixels: applies the overall alpha and leaves the
+    // colour unpremultiplied.
+    static void unpremultiplyRow(unsigned char* pixels, size_t count, unsigned char alpha);
 
     // Concatenated serial forms of every layer's record, in insertion order, zero-terminated.
     // The caller frees it with delete[]. A layer without a record adds nothing.
@@ -99,7 +106,7 @@ public:
 
 private:
     void compositeUnder(LmBitmap* output);
-    static void unpremultiply(LmBitmap* output, unsigned char alpha);
+    void composite(LmBitmap* output, bool unpremultiplyToo);
 
     std::vector<LmECore*> layers;
     std::vector<LmECore*> renderOrder;

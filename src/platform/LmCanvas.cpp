@@ -18,22 +18,34 @@ int pixelEdge(float v) { return lmToInt(std::floor((double)v + 0.5)); }
 // early exits the common case.
 inline void sourceOver(unsigned char* dst, const unsigned char* src)
 {
-    const unsigned sa = src[3];
+    const uint32_t sa = src[3];
+    const uint32_t da = dst[3];
     if (sa == 0) return;
-    if (sa == 255) {
+    // Onto a clear pixel the doubles give the source itself: s * a / a rounds back to s.
+    if (sa == 255 || da == 0) {
         std::memcpy(dst, src, 4);
         return;
     }
-    // Unpremultiplied source-over: alpha a + b(1 - a); colour the premultiplied sum divided
-    // back by that alpha.
-    const double a = sa / 255.0;
-    const double b = dst[3] / 255.0;
-    const double outA = a + b * (1.0 - a);
+    // Scaled by 255^2: alpha D / 255 and colour N / D, D = 255 sa + da (255 - sa) and
+    // N = 255 s sa + d da (255 - sa), so 2N + D stays below 2^27. Rounded to nearest, a value that is not an
+    // exact half lies at least 1 / (2D) from the rounding edge, far beyond the doubles' error, so
+    // both agree; an exact half goes to the doubles, which may round it either way.
+    const uint32_t under = da * (255 - sa);
+    const uint32_t D = 255 * sa + under;
+    uint32_t out[3];
     for (int i = 0; i < 3; i++) {
-        const double c = (src[i] * a + dst[i] * b * (1.0 - a)) / outA;
-        dst[i] = (unsigned char)std::min(255.0, std::floor(c + 0.5));
+        const uint32_t twiceN = 2 * (255 * src[i] * sa + dst[i] * under) + D;
+        const uint32_t q = twiceN / (2 * D);
+        if (q * 2 * D == twiceN) {
+            LmCanvas::blendPixelInDoubles(dst, src);
+            return;
+        }
+        out[i] = q;
     }
-    dst[3] = (unsigned char)std::min(255.0, std::floor(outA * 255.0 + 0.5));
+    // 2D + 255 is odd, so the alpha never lands on a half.
+    const unsigned char px[4] = {(unsigned char)out[0], (unsigned char)out[1], (unsigned char)out[2],
+                                 (unsigned char)((2 * D + 255) / 510)};
+    std::memcpy(dst, px, 4);
 }
 
 } // namespace
@@ -77,6 +89,25 @@ void LmCanvas::getClip(int* left, int* top, int* right, int* bottom) const
 }
 
 void LmCanvas::blendPixel(unsigned char* dst, const unsigned char* src) { sourceOver(dst, src); }
+
+void LmCanvas::blendPixelInDoubles(unsigned char* dst, const unsigned char* src)
+{
+    const unsigned sa = src[3];
+    if (sa == 0) return;
+    if (sa == 255) {
+        std::memcpy(dst, src, 4);
+        return;
+    }
+    // Alpha a + b(1 - a); colour the premultiplied sum divided back by that alpha.
+    const double a = sa / 255.0;
+    const double b = dst[3] / 255.0;
+    const double outA = a + b * (1.0 - a);
+    for (int i = 0; i < 3; i++) {
+        const double c = (src[i] * a + dst[i] * b * (1.0 - a)) / outA;
+        dst[i] = (unsigned char)std::min(255.0, std::floor(c + 0.5));
+    }
+    dst[3] = (unsigned char)std::min(255.0, std::floor(outA * 255.0 + 0.5));
+}
 
 void LmCanvas::drawRect(float left, float top, float right, float bottom, uint32_t argb)
 {

@@ -29,6 +29,9 @@ public:
 
     // One pixel of source-over between unpremultiplied RGBA values, rounded to nearest.
     static void blendPixel(unsigned char* dst, const unsigned char* src);
+    // The same in doubles, the platform raster's own arithmetic: blendPixel gives its bytes for
+    // every input and falls back on it for exact halves.
+    static void blendPixelInDoubles(unsigned char* dst, const unsigned char* src);
 
 private:
     unsigned char* mPixels;

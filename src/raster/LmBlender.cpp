@@ -2,6 +2,7 @@
 
 #include "foundation/LmLog.h"
 #include "raster/LmBitmap.h"
+#include "raster/LmRowOps.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -41,10 +42,11 @@ bool usable(const LmBitmap* dst, const void* src, int w, int h, int stride, unsi
     return dst && src && dst->pixels && dst->bytesPerPixel == bytesPerPixel && w > 0 && h > 0 && stride >= 0;
 }
 
-// Runs op(destination pixel bytes, source coverage) over the clipped area of an 8-bit source.
-template <class Op>
-void each8(int x, int y, const LmBitmap* dst, const unsigned char* src, int w, int h, int stride,
-           unsigned dstBytes, Op op)
+// Runs rowOp(destination, coverage, pixel count) over each row of the clipped area of an 8-bit
+// source.
+template <class RowOp>
+void rows8(int x, int y, const LmBitmap* dst, const unsigned char* src, int w, int h, int stride,
+           unsigned dstBytes, RowOp rowOp)
 {
     if (!usable(dst, src, w, h, stride, dstBytes)) return;
     Clip c = clipTo(dst, x, y, w, h);
@@ -52,8 +54,32 @@ void each8(int x, int y, const LmBitmap* dst, const unsigned char* src, int w, i
     for (int Y = c.y0; Y < c.y1; ++Y) {
         unsigned char* d = dst->pixels + ((size_t)Y * dst->width + c.x0) * dstBytes;
         const unsigned char* s = src + (size_t)(Y - y) * (size_t)stride + (size_t)(c.x0 - x);
-        for (int X = c.x0; X < c.x1; ++X, d += dstBytes, ++s) op(d, (unsigned)*s);
+        rowOp(d, s, (size_t)(c.x1 - c.x0));
     }
+}
+
+// Runs op(destination pixel bytes, coverage) over n pixels of a row; with skipClear, op must
+// leave the pixel alone for coverage 0, and clear runs (mostly around text) are stepped over whole.
+template <class Op>
+void span8(unsigned char* d, const unsigned char* s, size_t n, unsigned dstBytes, Op op, bool skipClear)
+{
+    for (size_t i = 0; i < n;) {
+        if (skipClear && s[i] == 0) {
+            i += LmRowOps::zeroBytes(s + i, n - i);
+            continue;
+        }
+        op(d + i * dstBytes, (unsigned)s[i]);
+        ++i;
+    }
+}
+
+template <class Op>
+void each8(int x, int y, const LmBitmap* dst, const unsigned char* src, int w, int h, int stride,
+           unsigned dstBytes, Op op, bool skipClear = false)
+{
+    rows8(x, y, dst, src, w, h, stride, dstBytes, [&](unsigned char* d, const unsigned char* s, size_t n) {
+        span8(d, s, n, dstBytes, op, skipClear);
+    });
 }
 
 // The same over a 32-bit source; fetch(row pointer, column) yields its RGBA channels.
@@ -173,8 +199,11 @@ void LmBlender::drawBitmap(int x, int y, const LmBitmap* dst, const LmBitmap* sr
 void LmBlender::convertBGRAToARGB(LmBitmap* bitmap)
 {
     if (!bitmap || !bitmap->pixels || bitmap->height < 1 || bitmap->bytesPerPixel != 4) return;
-    size_t n = (size_t)bitmap->width * bitmap->height;
-    unsigned char* p = bitmap->pixels;
+    swapRedBlue(bitmap->pixels, (size_t)bitmap->width * bitmap->height);
+}
+
+void LmBlender::swapRedBlue(unsigned char* p, size_t n)
+{
     // Bytes 0 and 2 of each pixel trade places; as whole words the loop vectorises.
     for (size_t i = 0; i < n; ++i, p += 4) {
         uint32_t v;
@@ -200,7 +229,7 @@ void LmBlender::blendSrcOver8To32(int x, int y, const LmBitmap* dst, const unsig
         put(d, sat(((k * (d[0] + 1u)) >> 8) + (((c.r + 1) * m) >> 8)),
             sat(((k * (d[1] + 1u)) >> 8) + (((c.g + 1) * m) >> 8)),
             sat(((k * (d[2] + 1u)) >> 8) + (((c.b + 1) * m) >> 8)), sat(s + ((k * (d[3] + 1u)) >> 8)));
-    });
+    }, true);
 }
 
 // Mode 2: the coloured coverage goes under the pixel.
@@ -211,7 +240,7 @@ void LmBlender::blendDstOver8To32(int x, int y, const LmBitmap* dst, const unsig
     each8(x, y, dst, src, w, h, stride, 4, [&](unsigned char* d, unsigned m) {
         if (d[3] >= 255 || m == 0) return;
         under(d, {((c.r + 1) * m) >> 8, ((c.g + 1) * m) >> 8, ((c.b + 1) * m) >> 8, ((c.a + 1) * m) >> 8});
-    });
+    }, true);
 }
 
 // Mode 3: coverage as on/off; the glyph's anti-aliased edge is dropped on purpose.
@@ -222,7 +251,7 @@ void LmBlender::blendDstOver8To32NSA(int x, int y, const LmBitmap* dst, const un
     each8(x, y, dst, src, w, h, stride, 4, [&](unsigned char* d, unsigned m) {
         if (d[3] >= 255 || m == 0) return;
         under(d, c);
-    });
+    }, true);
 }
 
 // Mode 7: the text colour goes under the pixel, then the result is clipped to the glyph's
@@ -232,12 +261,15 @@ void LmBlender::blendDstOverSA8To32(int x, int y, const LmBitmap* dst, const uns
 {
     const Rgba c = unpackArgb(colour);
     const unsigned C[3] = {c.r, c.g, c.b};
-    each8(x, y, dst, src, w, h, stride, 4, [&](unsigned char* d, unsigned m) {
-        if (m == 0) return;
+    // The coloured coverage of every byte value: around text the pixel is mostly still clear.
+    unsigned char coloured[256][4];
+    for (unsigned m = 0; m < 256; ++m)
+        put(coloured[m], ((c.r + 1) * m) >> 8, ((c.g + 1) * m) >> 8, ((c.b + 1) * m) >> 8, ((c.a + 1) * m) >> 8);
+    auto pixel = [&](unsigned char* d, unsigned m) {
         unsigned da = d[3];
         unsigned sa = ((c.a + 1) * m) >> 8;
         if (da == 0) {
-            put(d, ((c.r + 1) * m) >> 8, ((c.g + 1) * m) >> 8, ((c.b + 1) * m) >> 8, sa);
+            std::memcpy(d, coloured[m], 4);
             return;
         }
         if (m == 255) {
@@ -257,6 +289,16 @@ void LmBlender::blendDstOverSA8To32(int x, int y, const LmBitmap* dst, const uns
         }
         unsigned p = (da + (((1 + sa) * k) >> 8) + 1) * m;
         d[3] = (unsigned char)(p > 65535 ? 255 : p >> 8);
+    };
+    auto ontoClear = [&](unsigned char* d, unsigned m) { std::memcpy(d, coloured[m], 4); };
+    rows8(x, y, dst, src, w, h, stride, 4, [&](unsigned char* d, const unsigned char* s, size_t n) {
+        if (LmRowOps::zeroBytes(s, n) == n) return;
+        // A row still without alpha takes the coloured coverage unread: one streamed look at
+        // the row costs far less than a cache miss at every covered pixel.
+        if (LmRowOps::alphaRun(d, n, 0) == n)
+            span8(d, s, n, 4, ontoClear, true);
+        else
+            span8(d, s, n, 4, pixel, true);
     });
 }
 
@@ -289,9 +331,14 @@ void LmBlender::drawBitmap8To32(int x, int y, const LmBitmap* dst, const unsigne
 // Overlapping glyphs merge by maximum, never add up.
 void LmBlender::drawBitmap8To8(int x, int y, const LmBitmap* dst, const unsigned char* src, int w, int h)
 {
-    each8(x, y, dst, src, w, h, w, 1, [](unsigned char* d, unsigned m) {
-        if (m > *d) *d = (unsigned char)m;
-    });
+    if (!usable(dst, src, w, h, w, 1)) return;
+    Clip c = clipTo(dst, x, y, w, h);
+    if (c.empty()) return;
+    for (int Y = c.y0; Y < c.y1; ++Y) {
+        unsigned char* d = dst->pixels + (size_t)Y * dst->width + c.x0;
+        const unsigned char* s = src + (size_t)(Y - y) * (size_t)w + (size_t)(c.x0 - x);
+        LmRowOps::maxOf(d, d, s, (size_t)(c.x1 - c.x0));
+    }
 }
 
 } // namespace LmFontEffect

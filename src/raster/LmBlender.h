@@ -1,6 +1,8 @@
 #ifndef LMFONTEFFECT_RASTER_LMBLENDER_H
 #define LMFONTEFFECT_RASTER_LMBLENDER_H
 
+#include <cstddef>
+
 namespace LmFontEffect {
 
 class LmBitmap;
@@ -32,6 +34,8 @@ public:
     static void drawBitmap(int x, int y, const LmBitmap* dst, const LmBitmap* src, unsigned colour);
     // Swaps bytes 0 and 2 of every pixel in place.
     static void convertBGRAToARGB(LmBitmap* bitmap);
+    // The same over `count` packed pixels.
+    static void swapRedBlue(unsigned char* pixels, size_t count);
 
     static void blendSrcOver8To32(int x, int y, const LmBitmap* dst, const unsigned char* src, int w, int h,
                                   int stride, unsigned colour);

@@ -273,3 +273,124 @@ void LmRowOps::spread(unsigned char* out, const unsigned char* above, const unsi
 
 } // namespace LmFontEffect
 #endif
+
+// Pixel-row scans of the text output passes, kept apart from the filter loops above. The plain
+// loops serve the vectors' tails and builds without Highway; defined once however often the
+// file is included.
+#ifndef LMFONTEFFECT_ROW_SCANS_PLAIN
+#define LMFONTEFFECT_ROW_SCANS_PLAIN
+namespace LmFontEffect {
+namespace {
+
+size_t zeroBytesFrom(const unsigned char* p, size_t i, size_t count)
+{
+    while (i < count && p[i] == 0) ++i;
+    return i;
+}
+
+size_t alphaRunFrom(const unsigned char* pixels, size_t i, size_t count, unsigned char alpha)
+{
+    while (i < count && pixels[4 * i + 3] == alpha) ++i;
+    return i;
+}
+
+void swapVisibleFrom(unsigned char* pixels, size_t i, size_t count)
+{
+    for (unsigned char* p = pixels + 4 * i; p < pixels + 4 * count; p += 4) {
+        const unsigned char r = p[0];
+        p[0] = p[3] ? p[2] : 0;
+        p[1] = p[3] ? p[1] : 0;
+        p[2] = p[3] ? r : 0;
+    }
+}
+
+} // namespace
+} // namespace LmFontEffect
+#endif
+
+#if defined(LM_HAVE_HWY)
+HWY_BEFORE_NAMESPACE();
+namespace LmFontEffect {
+namespace HWY_NAMESPACE {
+namespace hn = hwy::HWY_NAMESPACE;
+
+size_t ZeroBytes(const unsigned char* p, size_t count)
+{
+    const hn::ScalableTag<uint8_t> d;
+    const size_t lanes = hn::Lanes(d);
+    size_t i = 0;
+    for (; i + lanes <= count; i += lanes) {
+        const auto set = hn::Ne(hn::LoadU(d, p + i), hn::Zero(d));
+        if (!hn::AllFalse(d, set)) return i + (size_t)hn::FindFirstTrue(d, set);
+    }
+    return zeroBytesFrom(p, i, count);
+}
+
+// Pixels as little-endian words: alpha in bits 24..31.
+size_t AlphaRun(const unsigned char* pixels, size_t count, unsigned char alpha)
+{
+    const hn::ScalableTag<uint32_t> d;
+    const size_t lanes = hn::Lanes(d);
+    const auto mask = hn::Set(d, 0xFF000000u);
+    const auto wanted = hn::Set(d, (uint32_t)alpha << 24);
+    const uint32_t* words = reinterpret_cast<const uint32_t*>(pixels);
+    size_t i = 0;
+    for (; i + lanes <= count; i += lanes) {
+        const auto other = hn::Ne(hn::And(hn::LoadU(d, words + i), mask), wanted);
+        if (!hn::AllFalse(d, other)) return i + (size_t)hn::FindFirstTrue(d, other);
+    }
+    return alphaRunFrom(pixels, i, count, alpha);
+}
+
+void SwapVisible(unsigned char* pixels, size_t count)
+{
+    const hn::ScalableTag<uint32_t> d;
+    const size_t lanes = hn::Lanes(d);
+    const auto keep = hn::Set(d, 0xFF00FF00u);
+    const auto low = hn::Set(d, 0xFFu);
+    const auto alpha = hn::Set(d, 0xFF000000u);
+    uint32_t* words = reinterpret_cast<uint32_t*>(pixels);
+    size_t i = 0;
+    for (; i + lanes <= count; i += lanes) {
+        const auto v = hn::LoadU(d, words + i);
+        const auto swapped = hn::Or(hn::And(v, keep),
+                                    hn::Or(hn::And(hn::ShiftRight<16>(v), low), hn::ShiftLeft<16>(hn::And(v, low))));
+        hn::StoreU(hn::IfThenElseZero(hn::Ne(hn::And(v, alpha), hn::Zero(d)), swapped), d, words + i);
+    }
+    swapVisibleFrom(pixels, i, count);
+}
+
+} // namespace HWY_NAMESPACE
+} // namespace LmFontEffect
+HWY_AFTER_NAMESPACE();
+#endif
+
+#if !defined(LM_HAVE_HWY) || HWY_ONCE
+namespace LmFontEffect {
+
+#if defined(LM_HAVE_HWY)
+HWY_EXPORT(ZeroBytes);
+HWY_EXPORT(AlphaRun);
+HWY_EXPORT(SwapVisible);
+
+size_t LmRowOps::zeroBytes(const unsigned char* p, size_t count) { return HWY_DYNAMIC_DISPATCH(ZeroBytes)(p, count); }
+
+size_t LmRowOps::alphaRun(const unsigned char* pixels, size_t count, unsigned char alpha)
+{
+    return HWY_DYNAMIC_DISPATCH(AlphaRun)(pixels, count, alpha);
+}
+
+void LmRowOps::swapVisible(unsigned char* pixels, size_t count) { HWY_DYNAMIC_DISPATCH(SwapVisible)(pixels, count); }
+#else
+size_t LmRowOps::zeroBytes(const unsigned char* p, size_t count) { return zeroBytesFrom(p, 0, count); }
+
+size_t LmRowOps::alphaRun(const unsigned char* pixels, size_t count, unsigned char alpha)
+{
+    return alphaRunFrom(pixels, 0, count, alpha);
+}
+
+void LmRowOps::swapVisible(unsigned char* pixels, size_t count) { swapVisibleFrom(pixels, 0, count); }
+#endif
+
+} // namespace LmFontEffect
+#endif

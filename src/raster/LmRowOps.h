@@ -35,6 +35,14 @@ public:
     // than half its ulp) from the next integer.
     static const int kMaxQuotientDivisor = 65536;
     static void quotients(unsigned char* out, const int* acc, size_t count, int sum, bool inverse);
+
+    // Pixel-row scans of the text output passes (32-bit pixels R, G, B, A in memory).
+    // Number of leading zero bytes of p[0..count).
+    static size_t zeroBytes(const unsigned char* p, size_t count);
+    // Number of leading pixels whose alpha byte is `alpha`.
+    static size_t alphaRun(const unsigned char* pixels, size_t count, unsigned char alpha);
+    // Each pixel with a non-zero alpha trades bytes 0 and 2; every other pixel becomes 0.
+    static void swapVisible(unsigned char* pixels, size_t count);
 };
 
 } // namespace LmFontEffect

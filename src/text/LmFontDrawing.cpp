@@ -145,7 +145,7 @@ int LmFontDrawing::FindContextStart(const char16_t* text, int start)
     return 0;
 }
 
-void LmFontDrawing::DrawTextEffect(LmTextObject* textObject, LmBitmap* dst)
+void LmFontDrawing::DrawTextEffect(LmTextObject* textObject, LmBitmap* dst, bool leavePremultiplied)
 {
     if (!textObject || !dst) return;
     LmString* text = textObject->GetText();
@@ -207,7 +207,10 @@ void LmFontDrawing::DrawTextEffect(LmTextObject* textObject, LmBitmap* dst)
 
     typeface.reset();
     effect->doEffectPostProcessing();
-    effect->compositeLayers(dst);
+    if (leavePremultiplied)
+        effect->compositeLayersPremultiplied(dst);
+    else
+        effect->compositeLayers(dst);
 }
 
 void LmFontDrawing::DrawLine(LineInfo* line, const char16_t* utf16, int textLength, LmPaint& paint,

@@ -42,7 +42,9 @@ public:
     void SetFontPath(const char* path);
     void SetFontFamilyName(const char* familyName);
     void ClearGlyphList();
-    void DrawTextEffect(LmTextObject* textObject, LmBitmap* dst);
+    // With `leavePremultiplied` the stack's final un-premultiply is left to the caller
+    // (LmEffect::unpremultiplyRow with the stack's text alpha).
+    void DrawTextEffect(LmTextObject* textObject, LmBitmap* dst, bool leavePremultiplied = false);
     // x and y in 26.6 fixed point.
     void _DoRender(int leftOffset, int x, int y, List* glyphs, LmEffect* effect, int direction);
 

@@ -9,6 +9,7 @@
 #include "platform/LmLocaleListRegistry.h"
 #include "raster/LmBitmap.h"
 #include "raster/LmBlender.h"
+#include "raster/LmRowOps.h"
 #include "text/FontManager.h"
 #include "text/LineInfo.h"
 #include "text/LmFontDrawing.h"
@@ -17,6 +18,8 @@
 #include "text/LmTextObjectImpl.h"
 #include "text/LmView.h"
 
+#include <cstdint>
+#include <cstring>
 #include <memory>
 #include <new>
 
@@ -34,6 +37,26 @@ int caught(int site)
 {
     Error::Report(kTag, Error::LM_ERR_PLATFORM, site);
     return 0;
+}
+
+// The finish of a render onto a clear output, in place and row by row while the row is in
+// cache: inside the clip each pixel is un-premultiplied with the text alpha, then each pixel
+// with alpha trades bytes 0 and 2 (the order Java reads); every other pixel becomes 0.
+void finishInPlace(LmBitmap* image, unsigned char textAlpha, int left, int top, int right, int bottom)
+{
+    const size_t width = image->width;
+    if (width == 0) return; // a zero-width image may still claim billions of rows
+    for (size_t y = 0; y < image->height; ++y) {
+        unsigned char* row = image->pixels + y * width * 4;
+        if ((int64_t)y < top || (int64_t)y >= bottom || left >= right) {
+            std::memset(row, 0, width * 4);
+            continue;
+        }
+        std::memset(row, 0, (size_t)left * 4);
+        std::memset(row + (size_t)right * 4, 0, (width - (size_t)right) * 4);
+        LmEffect::unpremultiplyRow(row + (size_t)left * 4, (size_t)(right - left), textAlpha);
+        LmRowOps::swapVisible(row + (size_t)left * 4, (size_t)(right - left));
+    }
 }
 
 enum TextStyleBits : uint32_t { kBoldBit = 1u << 0, kItalicBit = 1u << 1 };
@@ -396,22 +419,37 @@ try {
         Error::Report(kTag, Error::LM_ERR_NOT_CONSTRUCTED, __LINE__);
         return impl->resultBitmap ? reinterpret_cast<uint32_t*>(impl->resultBitmap->pixels) : nullptr;
     }
-    impl->fontDrawing->DrawTextEffect(this, composite.get());
+    impl->fontDrawing->DrawTextEffect(this, composite.get(), true);
+    const unsigned char textAlpha = impl->effect ? impl->effect->getTextAlpha() : 255;
 
-    std::unique_ptr<LmBitmap> owned(new LmBitmap(w, h, 4));
+    // The side the text is pulled toward keeps no padding; the other sides are inset.
+    LmView* view = impl->view;
+    int horizontal = view->gravity & LmView::kHorizontalMask;
+    int vertical = view->gravity & LmView::kVerticalMask;
+    float left = horizontal == LmView::kLeft ? 0.0f : (float)view->GetPaddingLeft();
+    float right = horizontal == LmView::kRight ? (float)w : (float)w - (float)view->GetPaddingRight();
+    float top = vertical == LmView::kTop ? 0.0f : (float)view->GetPaddingTop();
+    float bottom = vertical == LmView::kBottom ? (float)h : (float)h - (float)view->GetPaddingBottom();
+
+    std::unique_ptr<LmBitmap> owned;
+    const bool inPlace = !impl->backgroundEnabled && composite->pixels;
+    if (inPlace) {
+        // Without a background the output would stay clear until the composite is drawn, and
+        // source-over onto a clear pixel yields the source (or nothing where its alpha is 0):
+        // the composite becomes the output in place, saving a buffer and three passes.
+        LmCanvas canvas(composite->pixels, (int)w, (int)h);
+        canvas.clipRect(left, top, right, bottom);
+        int l = 0, t = 0, r = 0, b = 0;
+        canvas.getClip(&l, &t, &r, &b);
+        finishInPlace(composite.get(), textAlpha, l, t, r, b);
+        owned = std::move(composite);
+    } else {
+        // A new bitmap is already clear.
+        owned.reset(new LmBitmap(w, h, 4));
+    }
     LmBitmap* output = owned.get();
-    if (output->pixels) {
+    if (!inPlace && output->pixels) {
         LmCanvas canvas(output->pixels, (int)w, (int)h);
-        canvas.clear();
-
-        // The side the text is pulled toward keeps no padding; the other sides are inset.
-        LmView* view = impl->view;
-        int horizontal = view->gravity & LmView::kHorizontalMask;
-        int vertical = view->gravity & LmView::kVerticalMask;
-        float left = horizontal == LmView::kLeft ? 0.0f : (float)view->GetPaddingLeft();
-        float right = horizontal == LmView::kRight ? (float)w : (float)w - (float)view->GetPaddingRight();
-        float top = vertical == LmView::kTop ? 0.0f : (float)view->GetPaddingTop();
-        float bottom = vertical == LmView::kBottom ? (float)h : (float)h - (float)view->GetPaddingBottom();
         canvas.clipRect(left, top, right, bottom);
 
         if (impl->backgroundEnabled) {
@@ -425,11 +463,15 @@ try {
         }
 
         // The stack leaves R, G, B, A bytes; Java reads each pixel as one ARGB int, which is
-        // B, G, R, A in little-endian memory.
-        LmBlender::convertBGRAToARGB(output);
-        if (composite->pixels) {
-            LmBlender::convertBGRAToARGB(composite.get());
-            canvas.drawImage(composite->pixels, (int)w, (int)h, 0, 0);
+        // B, G, R, A in little-endian memory. Both images are swapped and the composite drawn
+        // row by row, while the rows are in cache.
+        for (unsigned y = 0; w > 0 && y < h; ++y) {
+            LmBlender::swapRedBlue(output->pixels + (size_t)y * w * 4, w);
+            if (!composite->pixels) continue;
+            unsigned char* row = composite->pixels + (size_t)y * w * 4;
+            LmEffect::unpremultiplyRow(row, w, textAlpha);
+            LmBlender::swapRedBlue(row, w);
+            canvas.drawImage(row, (int)w, 1, 0, (int)y);
         }
     }
 
