@@ -4,6 +4,7 @@
 #include "filters/LmGaussianBlur.h"
 #include "raster/LmBitmap.h"
 #include "raster/LmBlender.h"
+#include "raster/LmRowOps.h"
 #include "raster/LmSqrt.h"
 
 #include <algorithm>
@@ -394,24 +395,60 @@ int LmRelief::partialInDT(void* args)
 {
     const SearchArgs* a = static_cast<const SearchArgs*>(args);
     if (!a || !a->map || a->width < 1 || a->height < 1 || a->innerReach < 0) return 0;
-    const int64_t W = a->width;
+    const int ir = a->innerReach;
+    const int64_t W = a->width, T = 2 * (int64_t)ir + 1;
+    // The sources (values above 1) with every other cell at -inf, so that a row of the window is
+    // one vectorised running maximum of source - root, and each row's first and last source.
+    LmMaskBox::Block<float> sources = LmMaskBox::allocate<float>(W * a->height, false);
+    LmMaskBox::Block<int> first = LmMaskBox::allocate<int>(a->height, false);
+    LmMaskBox::Block<int> last = LmMaskBox::allocate<int>(a->height, false);
+    LmMaskBox::Block<float> rowRoots = LmMaskBox::allocate<float>(T, false);
+    if (!sources || !first || !last || !rowRoots) return 0;
+    for (int y = 0; y < a->height; ++y) {
+        first[y] = a->width;
+        last[y] = -1;
+        for (int x = 0; x < a->width; ++x) {
+            const float n = a->map[y * W + x];
+            sources[y * W + x] = n > 1.0f ? n : -INFINITY;
+            if (n > 1.0f) first[y] = std::min(first[y], x), last[y] = x;
+        }
+    }
+    // Roots of dy^2 + dx^2 for the whole window, dx = -ir..ir along a row; filled row by row on
+    // demand when the table is too large to have.
+    LmMaskBox::Block<float> table = T * T <= (int64_t(1) << 24) ? LmMaskBox::allocate<float>(T * T, false)
+                                                                  : LmMaskBox::Block<float>();
+    auto fillRoots = [&](float* out, int64_t dy) {
+        for (int64_t j = 0; j < T; ++j) out[j] = rootOf(dy * dy + (j - ir) * (j - ir));
+    };
+    if (table)
+        for (int64_t dy = -ir; dy <= ir; ++dy) fillRoots(table.get() + (dy + ir) * T, dy);
+    auto roots = [&](int64_t dy) {
+        if (table) return (const float*)table.get() + (dy + ir) * T;
+        fillRoots(rowRoots.get(), dy);
+        return (const float*)rowRoots.get();
+    };
+
     for (int y = std::max(a->rowBegin, 0); y < std::min(a->rowEnd, a->height); ++y) {
         int y0, y1;
-        window(y, a->innerReach, a->height, &y0, &y1);
+        window(y, ir, a->height, &y0, &y1);
         for (int x = 0; x < a->width; ++x) {
             float& c = a->map[y * W + x];
             if (!(c < 0.0f)) continue;
+            // The cell is no source while it is searched, so the maximum is over a fixed set and
+            // the order of the visit does not matter.
             int x0, x1;
-            window(x, a->innerReach, a->width, &x0, &x1);
+            window(x, ir, a->width, &x0, &x1);
             for (int yy = y0; yy < y1; ++yy) {
-                const float* row = a->map + yy * W;
-                const int64_t dy2 = (int64_t)(yy - y) * (yy - y);
-                for (int xx = x0; xx < x1; ++xx) {
-                    const float n = row[xx];
-                    if (!(n > 1.0f)) continue;
-                    const float k = n - rootOf(dy2 + (int64_t)(xx - x) * (xx - x));
-                    if (k > c) c = k;
-                }
+                const int lo = std::max(x0, first[yy]), hi = std::min(x1 - 1, last[yy]);
+                if (lo > hi) continue;
+                c = LmRowOps::maxDifference(sources.get() + yy * W + lo, roots(yy - y) + (lo - x + ir),
+                                            (size_t)(hi - lo + 1), c);
+            }
+            if (c > 1.0f) {
+                // Lifted above 1 it becomes a source for the cells after it.
+                sources[y * W + x] = c;
+                first[y] = std::min(first[y], x);
+                last[y] = std::max(last[y], x);
             }
         }
     }

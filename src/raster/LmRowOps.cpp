@@ -76,6 +76,22 @@ void SumTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t count, con
     }
 }
 
+float MaxDifference(const float* values, const float* subtrahends, size_t count, float start)
+{
+    const hn::ScalableTag<float> d;
+    const size_t lanes = hn::Lanes(d);
+    auto best = hn::Set(d, start);
+    size_t i = 0;
+    for (; i + lanes <= count; i += lanes)
+        best = hn::Max(best, hn::Sub(hn::LoadU(d, values + i), hn::LoadU(d, subtrahends + i)));
+    float m = hn::GetLane(hn::MaxOfLanes(d, best));
+    for (; i < count; ++i) {
+        const float k = values[i] - subtrahends[i];
+        if (k > m) m = k;
+    }
+    return m;
+}
+
 void Spread(unsigned char* out, const unsigned char* above, const unsigned char* row, const unsigned char* below,
             unsigned short* column, size_t count)
 {
@@ -117,6 +133,7 @@ HWY_EXPORT(Raise);
 HWY_EXPORT(Widen);
 HWY_EXPORT(SumTaps);
 HWY_EXPORT(Spread);
+HWY_EXPORT(MaxDifference);
 
 void LmRowOps::maxOf(unsigned char* out, const unsigned char* a, const unsigned char* b, size_t count)
 {
@@ -142,6 +159,11 @@ void LmRowOps::spread(unsigned char* out, const unsigned char* above, const unsi
                       const unsigned char* below, unsigned short* column, size_t count)
 {
     HWY_DYNAMIC_DISPATCH(Spread)(out, above, row, below, column, count);
+}
+
+float LmRowOps::maxDifference(const float* values, const float* subtrahends, size_t count, float start)
+{
+    return HWY_DYNAMIC_DISPATCH(MaxDifference)(values, subtrahends, count, start);
 }
 #else
 void LmRowOps::maxOf(unsigned char* out, const unsigned char* a, const unsigned char* b, size_t count)
@@ -185,6 +207,18 @@ void LmRowOps::spread(unsigned char* out, const unsigned char* above, const unsi
         const int v = (column[i - 1] + column[i] + column[i + 1]) >> 2;
         out[i] = (unsigned char)(v < 255 ? v : 255);
     }
+}
+#endif
+
+#if !defined(LM_HAVE_HWY)
+float LmRowOps::maxDifference(const float* values, const float* subtrahends, size_t count, float start)
+{
+    float m = start;
+    for (size_t i = 0; i < count; ++i) {
+        const float k = values[i] - subtrahends[i];
+        if (k > m) m = k;
+    }
+    return m;
 }
 #endif
 
