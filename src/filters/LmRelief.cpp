@@ -8,6 +8,7 @@
 #include "raster/LmSqrt.h"
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <cstring>
 
@@ -72,6 +73,25 @@ bool sourceSpans(const LmRelief::SearchArgs& a, LmMaskBox::Block<int>* first, Lm
         (*last)[y] = l;
     }
     return true;
+}
+
+// Chessboard distance from every cell to the nearest value below 1, by the two raster passes
+// over the 8-neighbourhood (exact for this metric); saturated far beyond any reach.
+void chessboardToSources(const float* map, int width, int height, int* d)
+{
+    const int64_t W = width, H = height;
+    const int far = INT_MAX / 2;
+    auto at = [&](int64_t x, int64_t y) { return x < 0 || y < 0 || x >= W || y >= H ? far : d[y * W + x]; };
+    for (int64_t y = 0; y < H; ++y)
+        for (int64_t x = 0; x < W; ++x) {
+            const int near = std::min(std::min(at(x - 1, y), at(x - 1, y - 1)), std::min(at(x, y - 1), at(x + 1, y - 1)));
+            d[y * W + x] = map[y * W + x] < 1.0f ? 0 : std::min(far, near + 1);
+        }
+    for (int64_t y = H - 1; y >= 0; --y)
+        for (int64_t x = W - 1; x >= 0; --x) {
+            const int near = std::min(std::min(at(x + 1, y), at(x + 1, y + 1)), std::min(at(x, y + 1), at(x - 1, y + 1)));
+            d[y * W + x] = std::min(d[y * W + x], near + 1);
+        }
 }
 
 // The bevel's and the emboss's outer search: cells accepted by `takes` move down to the
@@ -388,7 +408,61 @@ int LmRelief::partialDT(void* args)
 
 int LmRelief::partialOutDT(void* args)
 {
-    return outwardSearch(args, [](float c) { return c > 0.0f; }, [](float n, float d) { return n > 0.0f ? n + d : d; });
+    const SearchArgs* a = static_cast<const SearchArgs*>(args);
+    if (!a || !a->map || a->width < 1 || a->height < 1 || a->reach < 0) return 0;
+    const int64_t W = a->width, H = a->height;
+    // Sources (values below 1) never change here: every candidate from another cell is at least
+    // 1. So the source layout is read once: each cell's chessboard distance to the nearest one,
+    // and each row's nearest source at or right of and at or left of every column.
+    LmMaskBox::Block<int> chess = LmMaskBox::allocate<int>(W * H, false);
+    LmMaskBox::Block<int> next = LmMaskBox::allocate<int>(W * H, false);
+    LmMaskBox::Block<int> prev = LmMaskBox::allocate<int>(W * H, false);
+    auto emboss = [](float n, float d) { return n > 0.0f ? n + d : d; };
+    if (!chess || !next || !prev) return outwardSearch(args, [](float c) { return c > 0.0f; }, emboss);
+    chessboardToSources(a->map, a->width, a->height, chess.get());
+    for (int64_t y = 0; y < H; ++y) {
+        const float* m = a->map + y * W;
+        int* nx = next.get() + y * W;
+        int* pv = prev.get() + y * W;
+        for (int64_t x = 0, p = -1; x < W; ++x) pv[x] = (int)(p = m[x] < 1.0f ? x : p);
+        for (int64_t x = W - 1, q = W; x >= 0; --x) nx[x] = (int)(q = m[x] < 1.0f ? x : q);
+    }
+
+    // Candidates are at least their root, and roots grow with the distance: a cell with no
+    // source nearer than its value is left as it is, rows and runs stop where the root reaches
+    // the value, and each run starts at the row's nearest source.
+    for (int y = std::max(a->rowBegin, 0); y < std::min(a->rowEnd, a->height); ++y) {
+        int y0, y1;
+        window(y, a->reach, a->height, &y0, &y1);
+        for (int x = 0; x < a->width; ++x) {
+            float& c = a->map[y * W + x];
+            if (!(c > 0.0f)) continue;
+            const int64_t k = chess[y * W + x];
+            if (rootOf(k * k) >= c) continue;
+            int x0, x1;
+            window(x, a->reach, a->width, &x0, &x1);
+            auto visit = [&](int64_t yy, int64_t dy2) {
+                const float* row = a->map + yy * W;
+                auto take = [&](int64_t xx) {
+                    const float r = rootOf(dy2 + (xx - x) * (xx - x));
+                    if (r >= c) return false;
+                    const float n = row[xx];
+                    if (n < 1.0f) c = std::min(c, emboss(n, r));
+                    return true;
+                };
+                for (int64_t xx = next[yy * W + x]; xx < x1 && take(xx); ++xx) {
+                }
+                for (int64_t xx = x > 0 ? prev[yy * W + x - 1] : -1; xx >= x0 && take(xx); --xx) {
+                }
+            };
+            for (int64_t dy = 0; y + dy < y1 || y - dy >= y0; ++dy) {
+                if (rootOf(dy * dy) >= c) break;
+                if (y + dy < y1) visit(y + dy, dy * dy);
+                if (dy > 0 && y - dy >= y0) visit(y - dy, dy * dy);
+            }
+        }
+    }
+    return 0;
 }
 
 int LmRelief::partialInDT(void* args)
