@@ -40,6 +40,9 @@ bool blurWithBuffers(const LmRelief::BlurArgs& a)
     return true;
 }
 
+// The square root of an integer squared distance: the table, sqrtf beyond it.
+inline float root(int64_t n) { return n < LM_INT_SQRT_TABLE_SIZE ? LM_INT_SQRT_TABLE[n] : sqrtf((float)n); }
+
 inline float parabolaCross(const float* in, int q, int p)
 {
     const float fq = in[q] + (float)((int64_t)q * q);
@@ -76,22 +79,34 @@ bool sourceSpans(const LmRelief::SearchArgs& a, LmMaskBox::Block<int>* first, Lm
 }
 
 // Chessboard distance from every cell to the nearest value below 1, by the two raster passes
-// over the 8-neighbourhood (exact for this metric); saturated far beyond any reach.
-void chessboardToSources(const float* map, int width, int height, int* d)
+// over the 8-neighbourhood (exact for this metric), saturated at 255.
+void chessboardToSources(const float* map, int width, int height, unsigned char* d)
 {
     const int64_t W = width, H = height;
-    const int far = INT_MAX / 2;
-    auto at = [&](int64_t x, int64_t y) { return x < 0 || y < 0 || x >= W || y >= H ? far : d[y * W + x]; };
+    const int far = 255;
+    auto at = [&](int64_t x, int64_t y) { return x < 0 || y < 0 || x >= W || y >= H ? far : (int)d[y * W + x]; };
     for (int64_t y = 0; y < H; ++y)
         for (int64_t x = 0; x < W; ++x) {
             const int near = std::min(std::min(at(x - 1, y), at(x - 1, y - 1)), std::min(at(x, y - 1), at(x + 1, y - 1)));
-            d[y * W + x] = map[y * W + x] < 1.0f ? 0 : std::min(far, near + 1);
+            d[y * W + x] = (unsigned char)(map[y * W + x] < 1.0f ? 0 : std::min(far, near + 1));
         }
     for (int64_t y = H - 1; y >= 0; --y)
         for (int64_t x = W - 1; x >= 0; --x) {
             const int near = std::min(std::min(at(x + 1, y), at(x + 1, y + 1)), std::min(at(x, y + 1), at(x - 1, y + 1)));
-            d[y * W + x] = std::min(d[y * W + x], near + 1);
+            d[y * W + x] = (unsigned char)std::min<int>(d[y * W + x], near + 1);
         }
+}
+
+// The least n in 0..largest whose root is at least c, or largest + 1: roots never fall as n
+// grows, so root(n) < c exactly when n is below it. Found by stepping from c^2, which the
+// rounded roots miss by a step or two at most.
+int64_t leastWithRootAtLeast(float c, int64_t largest)
+{
+    if (!(c <= root(largest))) return largest + 1;
+    int64_t n = (int64_t)std::min<double>(std::max<double>((double)c * c, 0.0), (double)largest);
+    while (n > 0 && root(n - 1) >= c) --n;
+    while (root(n) < c) ++n;
+    return n;
 }
 
 // The bevel's and the emboss's outer search: cells accepted by `takes` move down to the
@@ -119,7 +134,7 @@ template <class Takes, class Candidate> int outwardSearch(void* args, Takes take
                 auto take = [&](int xx) {
                     const float n = row[xx];
                     if (!(n < 1.0f)) return;
-                    const float k = candidate(n, LmRelief::rootOf(dy2 + (int64_t)(xx - x) * (xx - x)));
+                    const float k = candidate(n, root(dy2 + (int64_t)(xx - x) * (xx - x)));
                     if (k < c) c = k;
                 };
                 for (int xx = std::max(x, first[yy]); xx <= std::min(x1 - 1, last[yy]) && (float)(xx - x) < c; ++xx)
@@ -398,7 +413,7 @@ void LmRelief::localFill(float* map, const Canvas& c, const LmMaskBox& box, floa
 
 float LmRelief::rootOf(int64_t n)
 {
-    return n < LM_INT_SQRT_TABLE_SIZE ? LM_INT_SQRT_TABLE[n] : sqrtf((float)n);
+    return root(n);
 }
 
 int LmRelief::partialDT(void* args)
@@ -413,12 +428,14 @@ int LmRelief::partialOutDT(void* args)
     const int64_t W = a->width, H = a->height;
     // Sources (values below 1) never change here: every candidate from another cell is at least
     // 1. So the source layout is read once: each cell's chessboard distance to the nearest one,
-    // and each row's nearest source at or right of and at or left of every column.
-    LmMaskBox::Block<int> chess = LmMaskBox::allocate<int>(W * H, false);
+    // its row's nearest source at or right of and at or left of it, and the nearer of the two
+    // stored down the columns (distances saturated at 255, still lower bounds).
+    LmMaskBox::Block<unsigned char> chess = LmMaskBox::allocate<unsigned char>(W * H, false);
+    LmMaskBox::Block<unsigned char> across = LmMaskBox::allocate<unsigned char>(W * H, false);
     LmMaskBox::Block<int> next = LmMaskBox::allocate<int>(W * H, false);
     LmMaskBox::Block<int> prev = LmMaskBox::allocate<int>(W * H, false);
     auto emboss = [](float n, float d) { return n > 0.0f ? n + d : d; };
-    if (!chess || !next || !prev) return outwardSearch(args, [](float c) { return c > 0.0f; }, emboss);
+    if (!chess || !across || !next || !prev) return outwardSearch(args, [](float c) { return c > 0.0f; }, emboss);
     chessboardToSources(a->map, a->width, a->height, chess.get());
     for (int64_t y = 0; y < H; ++y) {
         const float* m = a->map + y * W;
@@ -426,11 +443,19 @@ int LmRelief::partialOutDT(void* args)
         int* pv = prev.get() + y * W;
         for (int64_t x = 0, p = -1; x < W; ++x) pv[x] = (int)(p = m[x] < 1.0f ? x : p);
         for (int64_t x = W - 1, q = W; x >= 0; --x) nx[x] = (int)(q = m[x] < 1.0f ? x : q);
+        for (int64_t x = 0; x < W; ++x) {
+            const int64_t h = std::min<int64_t>(nx[x] - x, pv[x] < 0 ? W : x - pv[x]);
+            across[x * H + y] = (unsigned char)std::min<int64_t>(h, 255);
+        }
     }
+    // Squared distances are at most this within any window; past it no test is needed.
+    const int64_t reach = std::min<int64_t>(a->reach, std::max(W, H));
+    const int64_t largest = 2 * reach * reach + 2;
 
-    // Candidates are at least their root, and roots grow with the distance: a cell with no
-    // source nearer than its value is left as it is, rows and runs stop where the root reaches
-    // the value, and each run starts at the row's nearest source.
+    // Candidates are at least their root, and roots grow with the squared distance: a cell with
+    // no source nearer than its value is left as it is, a row is passed over when its nearest
+    // source is that far, and each run starts at the row's nearest source and stops where the
+    // root reaches the value. `limit` is the least squared distance whose root reaches c.
     for (int y = std::max(a->rowBegin, 0); y < std::min(a->rowEnd, a->height); ++y) {
         int y0, y1;
         window(y, a->reach, a->height, &y0, &y1);
@@ -438,27 +463,24 @@ int LmRelief::partialOutDT(void* args)
             float& c = a->map[y * W + x];
             if (!(c > 0.0f)) continue;
             const int64_t k = chess[y * W + x];
-            if (rootOf(k * k) >= c) continue;
+            if (root(k * k) >= c) continue;
             int x0, x1;
             window(x, a->reach, a->width, &x0, &x1);
+            int64_t limit = leastWithRootAtLeast(c, largest);
+            const unsigned char* column = across.get() + x * H;
             auto visit = [&](int64_t yy, int64_t dy2) {
                 const float* row = a->map + yy * W;
-                auto take = [&](int64_t xx) {
-                    const float r = rootOf(dy2 + (xx - x) * (xx - x));
-                    if (r >= c) return false;
-                    const float n = row[xx];
-                    if (n < 1.0f) c = std::min(c, emboss(n, r));
-                    return true;
-                };
-                for (int64_t xx = next[yy * W + x]; xx < x1 && take(xx); ++xx) {
-                }
-                for (int64_t xx = x > 0 ? prev[yy * W + x - 1] : -1; xx >= x0 && take(xx); --xx) {
-                }
+                const float before = c;
+                for (int64_t xx = next[yy * W + x]; xx < x1 && dy2 + (xx - x) * (xx - x) < limit; ++xx)
+                    if (row[xx] < 1.0f) c = std::min(c, emboss(row[xx], root(dy2 + (xx - x) * (xx - x))));
+                for (int64_t xx = x > 0 ? prev[yy * W + x - 1] : -1; xx >= x0 && dy2 + (xx - x) * (xx - x) < limit; --xx)
+                    if (row[xx] < 1.0f) c = std::min(c, emboss(row[xx], root(dy2 + (xx - x) * (xx - x))));
+                if (c != before) limit = leastWithRootAtLeast(c, largest);
             };
-            for (int64_t dy = 0; y + dy < y1 || y - dy >= y0; ++dy) {
-                if (rootOf(dy * dy) >= c) break;
-                if (y + dy < y1) visit(y + dy, dy * dy);
-                if (dy > 0 && y - dy >= y0) visit(y - dy, dy * dy);
+            for (int64_t dy = 0; dy * dy < limit && (y + dy < y1 || y - dy >= y0); ++dy) {
+                const int64_t dy2 = dy * dy;
+                if (y + dy < y1 && dy2 + (int64_t)column[y + dy] * column[y + dy] < limit) visit(y + dy, dy2);
+                if (dy > 0 && y - dy >= y0 && dy2 + (int64_t)column[y - dy] * column[y - dy] < limit) visit(y - dy, dy2);
             }
         }
     }
@@ -487,20 +509,15 @@ int LmRelief::partialInDT(void* args)
             if (n > 1.0f) first[y] = std::min(first[y], x), last[y] = x;
         }
     }
-    // Roots of dy^2 + dx^2 for the whole window, dx = -ir..ir along a row; filled row by row on
-    // demand when the table is too large to have.
+    // Roots of dy^2 + dx^2 for the whole window, dx = -ir..ir along a row; computed row by row
+    // on demand when the table is too large to have.
     LmMaskBox::Block<float> table = T * T <= (int64_t(1) << 24) ? LmMaskBox::allocate<float>(T * T, false)
                                                                   : LmMaskBox::Block<float>();
     auto fillRoots = [&](float* out, int64_t dy) {
-        for (int64_t j = 0; j < T; ++j) out[j] = rootOf(dy * dy + (j - ir) * (j - ir));
+        for (int64_t j = 0; j < T; ++j) out[j] = root(dy * dy + (j - ir) * (j - ir));
     };
     if (table)
         for (int64_t dy = -ir; dy <= ir; ++dy) fillRoots(table.get() + (dy + ir) * T, dy);
-    auto roots = [&](int64_t dy) {
-        if (table) return (const float*)table.get() + (dy + ir) * T;
-        fillRoots(rowRoots.get(), dy);
-        return (const float*)rowRoots.get();
-    };
 
     for (int y = std::max(a->rowBegin, 0); y < std::min(a->rowEnd, a->height); ++y) {
         int y0, y1;
@@ -512,11 +529,20 @@ int LmRelief::partialInDT(void* args)
             // the order of the visit does not matter.
             int x0, x1;
             window(x, ir, a->width, &x0, &x1);
-            for (int yy = y0; yy < y1; ++yy) {
-                const int lo = std::max(x0, first[yy]), hi = std::min(x1 - 1, last[yy]);
-                if (lo > hi) continue;
-                c = LmRowOps::maxDifference(sources.get() + yy * W + lo, roots(yy - y) + (lo - x + ir),
-                                            (size_t)(hi - lo + 1), c);
+            auto holdsSource = [&](int yy) { return first[yy] < x1 && last[yy] >= x0; };
+            int top = y0, bottom = y1;
+            while (top < bottom && !holdsSource(top)) ++top;
+            while (bottom > top && !holdsSource(bottom - 1)) --bottom;
+            const float* values = sources.get() + x0;
+            const int64_t dx0 = x0 - x + ir;
+            if (table) {
+                c = LmRowOps::maxDifference(values + top * W, W, table.get() + (top - y + ir) * T + dx0, T,
+                                            (size_t)(bottom - top), (size_t)(x1 - x0), c);
+            } else {
+                for (int yy = top; yy < bottom; ++yy) {
+                    fillRoots(rowRoots.get(), yy - y);
+                    c = LmRowOps::maxDifference(values + yy * W, W, rowRoots.get() + dx0, T, 1, (size_t)(x1 - x0), c);
+                }
             }
             if (c > 1.0f) {
                 // Lifted above 1 it becomes a source for the cells after it.

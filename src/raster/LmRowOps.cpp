@@ -76,20 +76,29 @@ void SumTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t count, con
     }
 }
 
-float MaxDifference(const float* values, const float* subtrahends, size_t count, float start)
+float MaxDifference(const float* values, ptrdiff_t valueStride, const float* subtrahends, ptrdiff_t subtrahendStride,
+                    size_t rows, size_t count, float start)
 {
     const hn::ScalableTag<float> d;
     const size_t lanes = hn::Lanes(d);
     auto best = hn::Set(d, start);
-    size_t i = 0;
-    for (; i + lanes <= count; i += lanes)
-        best = hn::Max(best, hn::Sub(hn::LoadU(d, values + i), hn::LoadU(d, subtrahends + i)));
-    float m = hn::GetLane(hn::MaxOfLanes(d, best));
-    for (; i < count; ++i) {
-        const float k = values[i] - subtrahends[i];
-        if (k > m) m = k;
+    float m = start;
+    for (size_t y = 0; y < rows; ++y) {
+        const float* v = values + (ptrdiff_t)y * valueStride;
+        const float* s = subtrahends + (ptrdiff_t)y * subtrahendStride;
+        if (count < lanes) {
+            for (size_t i = 0; i < count; ++i) m = v[i] - s[i] > m ? v[i] - s[i] : m;
+            continue;
+        }
+        // The last vector overlaps the one before it: a maximum may see a lane twice.
+        for (size_t i = 0;; i += lanes) {
+            if (i + lanes > count) i = count - lanes;
+            best = hn::Max(best, hn::Sub(hn::LoadU(d, v + i), hn::LoadU(d, s + i)));
+            if (i + lanes == count) break;
+        }
     }
-    return m;
+    const float vm = hn::GetLane(hn::MaxOfLanes(d, best));
+    return vm > m ? vm : m;
 }
 
 void Spread(unsigned char* out, const unsigned char* above, const unsigned char* row, const unsigned char* below,
@@ -161,9 +170,10 @@ void LmRowOps::spread(unsigned char* out, const unsigned char* above, const unsi
     HWY_DYNAMIC_DISPATCH(Spread)(out, above, row, below, column, count);
 }
 
-float LmRowOps::maxDifference(const float* values, const float* subtrahends, size_t count, float start)
+float LmRowOps::maxDifference(const float* values, ptrdiff_t valueStride, const float* subtrahends,
+                              ptrdiff_t subtrahendStride, size_t rows, size_t count, float start)
 {
-    return HWY_DYNAMIC_DISPATCH(MaxDifference)(values, subtrahends, count, start);
+    return HWY_DYNAMIC_DISPATCH(MaxDifference)(values, valueStride, subtrahends, subtrahendStride, rows, count, start);
 }
 #else
 void LmRowOps::maxOf(unsigned char* out, const unsigned char* a, const unsigned char* b, size_t count)
@@ -211,13 +221,15 @@ void LmRowOps::spread(unsigned char* out, const unsigned char* above, const unsi
 #endif
 
 #if !defined(LM_HAVE_HWY)
-float LmRowOps::maxDifference(const float* values, const float* subtrahends, size_t count, float start)
+float LmRowOps::maxDifference(const float* values, ptrdiff_t valueStride, const float* subtrahends,
+                              ptrdiff_t subtrahendStride, size_t rows, size_t count, float start)
 {
     float m = start;
-    for (size_t i = 0; i < count; ++i) {
-        const float k = values[i] - subtrahends[i];
-        if (k > m) m = k;
-    }
+    for (size_t y = 0; y < rows; ++y)
+        for (size_t i = 0; i < count; ++i) {
+            const float k = values[(ptrdiff_t)y * valueStride + i] - subtrahends[(ptrdiff_t)y * subtrahendStride + i];
+            if (k > m) m = k;
+        }
     return m;
 }
 #endif

@@ -24,9 +24,10 @@ public:
     // acc[i] = c[i] * weights[0] + sum over t = 1..R of (c[i + t * step] + c[i - t * step]) *
     // weights[t]: symmetric blur taps `step` bytes apart. The sums must stay below 2^31.
     static void sumTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t count, const int* weights, int R);
-    // max(start, values[i] - subtrahends[i] over i < count). No NaN may arise; -0.0 and +0.0 are
-    // not told apart.
-    static float maxDifference(const float* values, const float* subtrahends, size_t count, float start);
+    // max(start, values[i] - subtrahends[i]) over i < count of each of `rows` rows, the rows of
+    // each array `stride` floats apart. No NaN may arise; -0.0 and +0.0 are not told apart.
+    static float maxDifference(const float* values, ptrdiff_t valueStride, const float* subtrahends,
+                               ptrdiff_t subtrahendStride, size_t rows, size_t count, float start);
 };
 
 } // namespace LmFontEffect

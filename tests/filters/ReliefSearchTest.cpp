@@ -1,6 +1,7 @@
 // The emboss's distance searches give the bytes of the straightforward definition: every cell
 // visits its whole window in raster order and keeps the best candidate at once.
 #include "filters/LmRelief.h"
+#include "raster/LmSqrt.h"
 
 #include <gtest/gtest.h>
 
@@ -159,4 +160,11 @@ TEST(ReliefSearch, EmbossSearchesMatchTheFullWindowOnAnyValues)
         runBoth(fast, reach, innerReach, outer);
         expectSameBits(plain, fast, outer ? "outer search" : "inner search", round);
     }
+}
+
+TEST(ReliefSearch, RootsNeverFallAsTheSquaredDistanceGrows)
+{
+    // The searches stop where the root reaches the value they hold, table and sqrtf alike.
+    for (int64_t n = 0; n < 3 * LM_INT_SQRT_TABLE_SIZE; ++n)
+        ASSERT_LE(LmRelief::rootOf(n), LmRelief::rootOf(n + 1)) << n;
 }
