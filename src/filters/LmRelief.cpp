@@ -8,7 +8,6 @@
 #include "raster/LmSqrt.h"
 
 #include <algorithm>
-#include <climits>
 #include <cmath>
 #include <cstring>
 
@@ -76,25 +75,6 @@ bool sourceSpans(const LmRelief::SearchArgs& a, LmMaskBox::Block<int>* first, Lm
         (*last)[y] = l;
     }
     return true;
-}
-
-// Chessboard distance from every cell to the nearest value below 1, by the two raster passes
-// over the 8-neighbourhood (exact for this metric), saturated at 255.
-void chessboardToSources(const float* map, int width, int height, unsigned char* d)
-{
-    const int64_t W = width, H = height;
-    const int far = 255;
-    auto at = [&](int64_t x, int64_t y) { return x < 0 || y < 0 || x >= W || y >= H ? far : (int)d[y * W + x]; };
-    for (int64_t y = 0; y < H; ++y)
-        for (int64_t x = 0; x < W; ++x) {
-            const int near = std::min(std::min(at(x - 1, y), at(x - 1, y - 1)), std::min(at(x, y - 1), at(x + 1, y - 1)));
-            d[y * W + x] = (unsigned char)(map[y * W + x] < 1.0f ? 0 : std::min(far, near + 1));
-        }
-    for (int64_t y = H - 1; y >= 0; --y)
-        for (int64_t x = W - 1; x >= 0; --x) {
-            const int near = std::min(std::min(at(x + 1, y), at(x + 1, y + 1)), std::min(at(x, y + 1), at(x - 1, y + 1)));
-            d[y * W + x] = (unsigned char)std::min<int>(d[y * W + x], near + 1);
-        }
 }
 
 // The least n in 0..largest whose root is at least c, or largest + 1: roots never fall as n
@@ -427,61 +407,77 @@ int LmRelief::partialOutDT(void* args)
     if (!a || !a->map || a->width < 1 || a->height < 1 || a->reach < 0) return 0;
     const int64_t W = a->width, H = a->height;
     // Sources (values below 1) never change here: every candidate from another cell is at least
-    // 1. So the source layout is read once: each cell's chessboard distance to the nearest one,
-    // its row's nearest source at or right of and at or left of it, and the nearer of the two
-    // stored down the columns (distances saturated at 255, still lower bounds).
-    LmMaskBox::Block<unsigned char> chess = LmMaskBox::allocate<unsigned char>(W * H, false);
-    LmMaskBox::Block<unsigned char> across = LmMaskBox::allocate<unsigned char>(W * H, false);
-    LmMaskBox::Block<int> next = LmMaskBox::allocate<int>(W * H, false);
-    LmMaskBox::Block<int> prev = LmMaskBox::allocate<int>(W * H, false);
+    // 1. So the source layout is read once: the distance from every cell to its row's nearest
+    // source at or right of it and at or left of it, stored down the columns so that a cell's
+    // rows lie together, saturated at 255 (still lower bounds).
+    LmMaskBox::Block<unsigned char> right = LmMaskBox::allocate<unsigned char>(W * H, false);
+    LmMaskBox::Block<unsigned char> left = LmMaskBox::allocate<unsigned char>(W * H, false);
     auto emboss = [](float n, float d) { return n > 0.0f ? n + d : d; };
-    if (!chess || !across || !next || !prev) return outwardSearch(args, [](float c) { return c > 0.0f; }, emboss);
-    chessboardToSources(a->map, a->width, a->height, chess.get());
+    if (!right || !left) return outwardSearch(args, [](float c) { return c > 0.0f; }, emboss);
     for (int64_t y = 0; y < H; ++y) {
         const float* m = a->map + y * W;
-        int* nx = next.get() + y * W;
-        int* pv = prev.get() + y * W;
-        for (int64_t x = 0, p = -1; x < W; ++x) pv[x] = (int)(p = m[x] < 1.0f ? x : p);
-        for (int64_t x = W - 1, q = W; x >= 0; --x) nx[x] = (int)(q = m[x] < 1.0f ? x : q);
-        for (int64_t x = 0; x < W; ++x) {
-            const int64_t h = std::min<int64_t>(nx[x] - x, pv[x] < 0 ? W : x - pv[x]);
-            across[x * H + y] = (unsigned char)std::min<int64_t>(h, 255);
+        for (int64_t x = 0, since = 255; x < W; ++x) {
+            since = m[x] < 1.0f ? 0 : std::min<int64_t>(since + 1, 255);
+            left[x * H + y] = (unsigned char)since;
+        }
+        for (int64_t x = W - 1, until = 255; x >= 0; --x) {
+            until = m[x] < 1.0f ? 0 : std::min<int64_t>(until + 1, 255);
+            right[x * H + y] = (unsigned char)until;
         }
     }
     // Squared distances are at most this within any window; past it no test is needed.
     const int64_t reach = std::min<int64_t>(a->reach, std::max(W, H));
     const int64_t largest = 2 * reach * reach + 2;
+    // Most cells start at the same value: the last limit is kept.
+    float lastValue = NAN;
+    int64_t lastLimit = 0;
+    auto limits = [&](float c) {
+        if (c != lastValue) lastValue = c, lastLimit = leastWithRootAtLeast(c, largest);
+        return lastLimit;
+    };
 
-    // Candidates are at least their root, and roots grow with the squared distance: a cell with
-    // no source nearer than its value is left as it is, a row is passed over when its nearest
-    // source is that far, and each run starts at the row's nearest source and stops where the
-    // root reaches the value. `limit` is the least squared distance whose root reaches c.
+    // Candidates are at least their root, and roots grow with the squared distance: a row is
+    // passed over when its nearest source is already too far, and each run starts at the row's
+    // nearest source on its side and stops where the root reaches the value. `limit` is the
+    // least squared distance whose root reaches c.
     for (int y = std::max(a->rowBegin, 0); y < std::min(a->rowEnd, a->height); ++y) {
         int y0, y1;
         window(y, a->reach, a->height, &y0, &y1);
         for (int x = 0; x < a->width; ++x) {
-            float& c = a->map[y * W + x];
+            float c = a->map[y * W + x];
             if (!(c > 0.0f)) continue;
-            const int64_t k = chess[y * W + x];
-            if (root(k * k) >= c) continue;
             int x0, x1;
             window(x, a->reach, a->width, &x0, &x1);
-            int64_t limit = leastWithRootAtLeast(c, largest);
-            const unsigned char* column = across.get() + x * H;
+            int64_t limit = limits(c);
+            const unsigned char* toRight = right.get() + x * H;
+            const unsigned char* toLeft = left.get() + x * H;
             auto visit = [&](int64_t yy, int64_t dy2) {
+                const int64_t h = std::min(toRight[yy], toLeft[yy]);
+                if (dy2 + h * h >= limit) return;
                 const float* row = a->map + yy * W;
                 const float before = c;
-                for (int64_t xx = next[yy * W + x]; xx < x1 && dy2 + (xx - x) * (xx - x) < limit; ++xx)
-                    if (row[xx] < 1.0f) c = std::min(c, emboss(row[xx], root(dy2 + (xx - x) * (xx - x))));
-                for (int64_t xx = x > 0 ? prev[yy * W + x - 1] : -1; xx >= x0 && dy2 + (xx - x) * (xx - x) < limit; --xx)
-                    if (row[xx] < 1.0f) c = std::min(c, emboss(row[xx], root(dy2 + (xx - x) * (xx - x))));
-                if (c != before) limit = leastWithRootAtLeast(c, largest);
+                // The candidate of a source at 0 or below is its root: none further along the run
+                // can beat it, so the run ends there.
+                auto take = [&](int64_t xx) {
+                    const float n = row[xx];
+                    if (!(n < 1.0f)) return true;
+                    c = std::min(c, emboss(n, root(dy2 + (xx - x) * (xx - x))));
+                    return n > 0.0f;
+                };
+                for (int64_t xx = x + toRight[yy]; xx < x1 && dy2 + (xx - x) * (xx - x) < limit && take(xx); ++xx) {
+                }
+                // A source under the cell itself was taken by the run to the right.
+                for (int64_t xx = x - std::max<int64_t>(toLeft[yy], 1);
+                     xx >= x0 && dy2 + (xx - x) * (xx - x) < limit && take(xx); --xx) {
+                }
+                if (c != before) limit = limits(c);
             };
             for (int64_t dy = 0; dy * dy < limit && (y + dy < y1 || y - dy >= y0); ++dy) {
-                const int64_t dy2 = dy * dy;
-                if (y + dy < y1 && dy2 + (int64_t)column[y + dy] * column[y + dy] < limit) visit(y + dy, dy2);
-                if (dy > 0 && y - dy >= y0 && dy2 + (int64_t)column[y - dy] * column[y - dy] < limit) visit(y - dy, dy2);
+                if (y + dy < y1) visit(y + dy, dy * dy);
+                if (dy > 0 && y - dy >= y0) visit(y - dy, dy * dy);
             }
+            // The cell is no source (at least 1 once changed), so no search above has read it.
+            a->map[y * W + x] = c;
         }
     }
     return 0;
