@@ -49,6 +49,23 @@ inline float parabolaCross(const float* in, int q, int p)
     return (fq - fp) / (float)(2 * (int64_t)q - 2 * (int64_t)p);
 }
 
+// A line all 0 or all 1e20 (the fills' two values) is its own transform: each point is its own
+// nearest parabola, or 1e20 swallows the squares. The squares stay exact up to this length.
+const int kPlainLineLimit = 4096;
+
+bool keepsItself(const float* line, int n)
+{
+    if (n < 1 || n > kPlainLineLimit || (line[0] != 0.0f && line[0] != 1e20f)) return false;
+    uint32_t first;
+    std::memcpy(&first, line, sizeof first);
+    for (int i = 1; i < n; ++i) {
+        uint32_t bits;
+        std::memcpy(&bits, line + i, sizeof bits);
+        if (bits != first) return false;
+    }
+    return true;
+}
+
 // Half-open window [centre - reach, centre + reach + 1) clipped to 0..limit.
 inline void window(int centre, int reach, int limit, int* begin, int* end)
 {
@@ -336,11 +353,13 @@ bool LmRelief::dt2D(float* map, int width, int height)
     const int64_t W = width;
     for (int x = 0; x < width; ++x) {
         for (int y = 0; y < height; ++y) line[y] = map[y * W + x];
+        if (keepsItself(line.get(), height)) continue;
         dt1D(out.get(), line.get(), height, v.get(), z.get());
         for (int y = 0; y < height; ++y) map[y * W + x] = out[y];
     }
     for (int y = 0; y < height; ++y) {
         float* row = map + y * W;
+        if (keepsItself(row, width)) continue;
         std::memcpy(line.get(), row, sizeof(float) * (size_t)width);
         dt1D(row, line.get(), width, v.get(), z.get());
     }
@@ -358,20 +377,17 @@ void LmRelief::capDistances(float* map, int64_t count, int reach)
 
 void LmRelief::exactFill(float* map, const Canvas& c, const LmMaskBox& box, float inside, float outside)
 {
-    const int m = c.margin;
+    const int64_t m = c.margin, W = c.width;
     const int64_t maskW = box.mask->width, maskH = box.mask->height;
-    for (int r = 0; r < c.height; ++r) {
-        float* row = map + (int64_t)r * c.width;
-        const int64_t my = (int64_t)box.top + (r - m);
-        const bool rowInterior = r >= m && r <= c.height - m && my < maskH;
-        for (int col = 0; col < c.width; ++col) {
-            bool on = false;
-            if (rowInterior && col >= m && col <= c.width - m) {
-                const int64_t mx = (int64_t)box.left + (col - m);
-                on = mx < maskW && box.mask->pixels[my * maskW + mx] != 0;
-            }
-            row[col] = on ? inside : outside;
-        }
+    std::fill(map, map + c.pixels(), outside);
+    // Interior columns m..W-m (rows likewise) that lie on the mask.
+    const int64_t colEnd = std::min(std::min<int64_t>(W - m + 1, W), m + maskW - box.left);
+    const int64_t rowEnd = std::min(std::min<int64_t>(c.height - m + 1, c.height), m + maskH - box.top);
+    for (int64_t r = m; r < rowEnd; ++r) {
+        const unsigned char* src = box.mask->pixels + ((int64_t)box.top + (r - m)) * maskW + box.left;
+        float* row = map + r * W;
+        for (int64_t col = m; col < colEnd; ++col)
+            if (src[col - m] != 0) row[col] = inside;
     }
 }
 

@@ -1,0 +1,100 @@
+// The bevel's and the emboss's passes that skip or reuse work give the bytes of the plain ones:
+// the exact fill per pixel, the transform of every line.
+#include "filters/LmMaskBox.h"
+#include "filters/LmRelief.h"
+#include "raster/LmBitmap.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <random>
+#include <vector>
+
+using namespace LmFontEffect;
+
+namespace {
+
+// Rows and columns from the margin through size - margin are interior; reads off the mask are 0.
+std::vector<float> plainExactFill(const LmRelief::Canvas& c, const LmMaskBox& box, float inside, float outside)
+{
+    std::vector<float> map((size_t)c.pixels());
+    const int m = c.margin, maskW = (int)box.mask->width, maskH = (int)box.mask->height;
+    for (int r = 0; r < c.height; ++r)
+        for (int col = 0; col < c.width; ++col) {
+            const int my = box.top + r - m, mx = box.left + col - m;
+            const bool interior = r >= m && r <= c.height - m && col >= m && col <= c.width - m;
+            const bool on = interior && my < maskH && mx < maskW && box.mask->pixels[(size_t)my * maskW + mx] != 0;
+            map[(size_t)r * c.width + col] = on ? inside : outside;
+        }
+    return map;
+}
+
+void plainDt2D(std::vector<float>& map, int w, int h)
+{
+    std::vector<float> line(std::max(w, h)), out(std::max(w, h));
+    for (int x = 0; x < w; ++x) {
+        for (int y = 0; y < h; ++y) line[y] = map[(size_t)y * w + x];
+        LmRelief::dt1D(out.data(), line.data(), h);
+        for (int y = 0; y < h; ++y) map[(size_t)y * w + x] = out[y];
+    }
+    for (int y = 0; y < h; ++y) {
+        std::copy(map.begin() + (size_t)y * w, map.begin() + (size_t)(y + 1) * w, line.begin());
+        LmRelief::dt1D(map.data() + (size_t)y * w, line.data(), w);
+    }
+}
+
+bool sameBits(const void* a, const void* b, size_t bytes) { return std::memcmp(a, b, bytes) == 0; }
+
+// A mask of `kind` (0 empty, 1 full, 2 partial only, 3 one pixel, else random blobs) with a box
+// that may touch its edges, and a canvas around the box.
+struct Scene {
+    LmBitmap mask;
+    LmMaskBox box;
+    LmRelief::Canvas canvas;
+    Scene(std::mt19937& rng, int kind) : mask(1 + rng() % 30, 1 + rng() % 30, 1)
+    {
+        const int w = (int)mask.width, h = (int)mask.height;
+        for (int i = 0; i < w * h; ++i) {
+            const int v = (int)(rng() % 256);
+            mask.pixels[i] = (unsigned char)(kind == 0 ? 0 : kind == 1 ? 255 : kind == 2 ? 1 + v % 254 : kind == 3 ? 0 : v < 128 ? 0 : v);
+        }
+        if (kind == 3) mask.pixels[rng() % (unsigned)(w * h)] = 255;
+        box.mask = &mask;
+        box.left = (int)(rng() % w);
+        box.top = (int)(rng() % h);
+        box.right = box.left + 1 + (int)(rng() % (w - box.left));
+        box.bottom = box.top + 1 + (int)(rng() % (h - box.top));
+        LmRelief::canvasFor(box, rng() % 6, &canvas);
+    }
+};
+
+} // namespace
+
+TEST(ReliefPass, ExactFillAndTransformMatchThePlainOnes)
+{
+    std::mt19937 rng(3);
+    for (int round = 0; round < 300; ++round) {
+        Scene s(rng, round % 5);
+        const LmRelief::Canvas& c = s.canvas;
+        const bool inside = round % 2 == 0;
+        std::vector<float> plain = plainExactFill(c, s.box, inside ? 1e20f : 0.0f, inside ? 0.0f : 1e20f);
+        std::vector<float> fast((size_t)c.pixels());
+        LmRelief::exactFill(fast.data(), c, s.box, inside ? 1e20f : 0.0f, inside ? 0.0f : 1e20f);
+        ASSERT_TRUE(sameBits(plain.data(), fast.data(), plain.size() * 4)) << "fill, round " << round;
+        plainDt2D(plain, c.width, c.height);
+        ASSERT_TRUE(LmRelief::dt2D(fast.data(), c.width, c.height));
+        ASSERT_TRUE(sameBits(plain.data(), fast.data(), plain.size() * 4)) << "transform, round " << round;
+    }
+}
+
+TEST(ReliefPass, LinesOfOneFillValueTransformToThemselves)
+{
+    // The transform passes such lines over, up to 4096 long.
+    for (float value : {0.0f, 1e20f}) {
+        std::vector<float> in(4096, value), out(4096);
+        for (int n = 1; n <= 4096; n += n < 300 ? 1 : 97) {
+            LmRelief::dt1D(out.data(), in.data(), n);
+            ASSERT_TRUE(sameBits(in.data(), out.data(), (size_t)n * 4)) << value << " x " << n;
+        }
+    }
+}
