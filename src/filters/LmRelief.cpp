@@ -154,6 +154,20 @@ template <LmRelief::LightRule rule> void lightRows(const LmRelief::LightArgs& a)
 {
     const int64_t W = a.stride;
     const float level = (float)a.level;
+    // Compared by their bits: -0.0 and +0.0 may light differently.
+    struct Key {
+        uint32_t bits[3];
+        Key(float h, float gx, float gy)
+        {
+            std::memcpy(bits, &h, 4);
+            std::memcpy(bits + 1, &gx, 4);
+            std::memcpy(bits + 2, &gy, 4);
+        }
+        bool operator==(const Key& o) const { return std::memcmp(bits, o.bits, sizeof bits) == 0; }
+    };
+    Key last(0.0f, 0.0f, 0.0f);
+    bool lit = false; // whether `last` holds a pixel's key yet
+    unsigned char lastLit = 0, lastShadow = 0;
     for (int y = a.rowBegin; y < a.rowEnd; ++y) {
         for (int x = a.colBegin; x < a.colEnd; ++x) {
             const int64_t i = y * W + x;
@@ -166,6 +180,13 @@ template <LmRelief::LightRule rule> void lightRows(const LmRelief::LightArgs& a)
             }
             float gx = (p[-1] - p[1]) * 0.5f;
             float gy = (p[-W] - p[W]) * 0.5f;
+            // The outputs depend on h, gx and gy alone: flat areas repeat the last pixel's.
+            const Key key(h, gx, gy);
+            if (lit && key == last) {
+                a.lit[i] = lastLit;
+                a.shadow[i] = lastShadow;
+                continue;
+            }
             if (rule == LmRelief::EMBOSS_SOFT_LIGHT) {
                 gx *= a.gradientFactor;
                 gy *= a.gradientFactor;
@@ -188,8 +209,10 @@ template <LmRelief::LightRule rule> void lightRows(const LmRelief::LightArgs& a)
             const int64_t shadowTerm = rule == LmRelief::BEVEL_LIGHT ? falling : rising;
             const int64_t litM = 1 + ((litTerm * a.litOpacity) >> 8);
             const int64_t shadowM = 1 + ((shadowTerm * a.shadowOpacity) >> 8);
-            a.lit[i] = saturatedByte((ramp * litM) >> 8);
-            a.shadow[i] = saturatedByte((ramp * shadowM) >> 8);
+            a.lit[i] = lastLit = saturatedByte((ramp * litM) >> 8);
+            a.shadow[i] = lastShadow = saturatedByte((ramp * shadowM) >> 8);
+            last = key;
+            lit = true;
         }
     }
 }
@@ -583,6 +606,22 @@ unsigned LmRelief::composePixel(int lit, int shadow, float gain, unsigned shadow
 {
     const int d = (int)(gain * (float)shadow) - (int)(gain * (float)lit);
     return pack(d > 0 ? shadowColour : highlightColour, std::min(std::abs(d), 255));
+}
+
+void LmRelief::composeAll(const unsigned char* lit, const unsigned char* shadow, unsigned* out, int64_t count,
+                          float gain, unsigned shadowColour, unsigned highlightColour)
+{
+    // Large areas share one pair of sides: the last pixel is reused.
+    int lastLit = -1, lastShadow = -1;
+    unsigned lastOut = 0;
+    for (int64_t i = 0; i < count; ++i) {
+        if (lit[i] != lastLit || shadow[i] != lastShadow) {
+            lastLit = lit[i];
+            lastShadow = shadow[i];
+            lastOut = composePixel(lastLit, lastShadow, gain, shadowColour, highlightColour);
+        }
+        out[i] = lastOut;
+    }
 }
 
 unsigned LmRelief::composeWeighted(int lit, int shadow, float gain, int weight, unsigned shadowColour,

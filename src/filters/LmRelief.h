@@ -155,6 +155,9 @@ public:
     // One canvas pixel from its two sides: alpha min(|B - A|, 255), the shadow colour when
     // B > A, else the highlight colour.
     static unsigned composePixel(int lit, int shadow, float gain, unsigned shadowColour, unsigned highlightColour);
+    // composePixel over count pixels.
+    static void composeAll(const unsigned char* lit, const unsigned char* shadow, unsigned* out, int64_t count,
+                           float gain, unsigned shadowColour, unsigned highlightColour);
     // The pillow style's weighted pixel: alpha ((|B - A| + 1) * weight) >> 8.
     static unsigned composeWeighted(int lit, int shadow, float gain, int weight, unsigned shadowColour,
                                     unsigned highlightColour);

@@ -1,5 +1,5 @@
 // The bevel's and the emboss's passes that skip or reuse work give the bytes of the plain ones:
-// the exact fill per pixel, the transform of every line.
+// the exact fill per pixel, the transform of every line, lighting and composing pixel by pixel.
 #include "filters/LmMaskBox.h"
 #include "filters/LmRelief.h"
 #include "raster/LmBitmap.h"
@@ -96,5 +96,38 @@ TEST(ReliefPass, LinesOfOneFillValueTransformToThemselves)
             LmRelief::dt1D(out.data(), in.data(), n);
             ASSERT_TRUE(sameBits(in.data(), out.data(), (size_t)n * 4)) << value << " x " << n;
         }
+    }
+}
+
+TEST(ReliefPass, LightingAndComposingMatchPixelByPixel)
+{
+    // Flat stretches (reused results), -0.0 beside +0.0, the level itself, NaN.
+    const float values[] = {0.0f, -0.0f, 0.0f, 3.0f, 3.0f, 3.0f, 1.5f, 0.25f, -2.0f, 7.0f, NAN};
+    std::mt19937 rng(4);
+    for (int round = 0; round < 120; ++round) {
+        const int w = 3 + (int)(rng() % 20), h = 3 + (int)(rng() % 12);
+        std::vector<float> map((size_t)w * h);
+        for (float& v : map) v = rng() % 3 ? values[rng() % 4] : values[rng() % 11];
+        std::vector<unsigned char> lit((size_t)w * h, 9), shadow((size_t)w * h, 9);
+        std::vector<unsigned char> litOne = lit, shadowOne = shadow;
+        LmRelief::LightArgs args{lit.data(), shadow.data(), map.data(), w, 3, 2, 1.2f, 0.4f, -0.3f, 0.5f,
+                                 (int)(rng() % 256), (int)(rng() % 256), round % 2 == 0, 1.5f, 1, w - 1, 1, h - 1};
+        const auto rule = (LmRelief::LightRule)(round % 3);
+        LmRelief::partialLight(&args, rule);
+        for (int y = 1; y < h - 1; ++y)
+            for (int x = 1; x < w - 1; ++x) {
+                LmRelief::LightArgs one = args;
+                one.lit = litOne.data();
+                one.shadow = shadowOne.data();
+                one.colBegin = x, one.colEnd = x + 1, one.rowBegin = y, one.rowEnd = y + 1;
+                LmRelief::partialLight(&one, rule);
+            }
+        ASSERT_EQ(lit, litOne) << "round " << round;
+        ASSERT_EQ(shadow, shadowOne) << "round " << round;
+
+        std::vector<unsigned> out(lit.size());
+        LmRelief::composeAll(lit.data(), shadow.data(), out.data(), (int64_t)out.size(), 2.03f, 0xFF102030, 0x80FFEEDD);
+        for (size_t i = 0; i < out.size(); ++i)
+            ASSERT_EQ(out[i], LmRelief::composePixel(lit[i], shadow[i], 2.03f, 0xFF102030, 0x80FFEEDD)) << i;
     }
 }
