@@ -42,13 +42,6 @@ bool blurWithBuffers(const LmRelief::BlurArgs& a)
 // The square root of an integer squared distance: the table, sqrtf beyond it.
 inline float root(int64_t n) { return n < LM_INT_SQRT_TABLE_SIZE ? LM_INT_SQRT_TABLE[n] : sqrtf((float)n); }
 
-inline float parabolaCross(const float* in, int q, int p)
-{
-    const float fq = in[q] + (float)((int64_t)q * q);
-    const float fp = in[p] + (float)((int64_t)p * p);
-    return (fq - fp) / (float)(2 * (int64_t)q - 2 * (int64_t)p);
-}
-
 // A line all 0 or all 1e20 (the fills' two values) is its own transform: each point is its own
 // nearest parabola, or 1e20 swallows the squares. The squares stay exact up to this length.
 const int kPlainLineLimit = 4096;
@@ -331,18 +324,21 @@ bool LmRelief::blurPair(unsigned char** lit, unsigned char** shadow, unsigned ch
     return true;
 }
 
-void LmRelief::dt1D(float* out, const float* in, int n, int* v, float* z)
+void LmRelief::dt1D(float* out, const float* in, int n, int* v, float* z, float* f)
 {
     if (n < 1) return;
+    // Each parabola's value at its own root, in[q] + q^2, formed once.
+    for (int q = 0; q < n; ++q) f[q] = in[q] + (float)((int64_t)q * q);
+    auto cross = [&](int q, int p) { return (f[q] - f[p]) / (float)(2 * (int64_t)q - 2 * (int64_t)p); };
     int k = 0;
     v[0] = 0;
     z[0] = -1e20f;
     z[1] = 1e20f;
     for (int q = 1; q < n; ++q) {
-        float s = parabolaCross(in, q, v[k]);
+        float s = cross(q, v[k]);
         while (s <= z[k] && k > 0) {
             --k;
-            s = parabolaCross(in, q, v[k]);
+            s = cross(q, v[k]);
         }
         ++k;
         v[k] = q;
@@ -362,7 +358,8 @@ void LmRelief::dt1D(float* out, const float* in, int n)
     if (!out || !in || n < 1) return;
     LmMaskBox::Block<int> v = LmMaskBox::allocate<int>(n, false);
     LmMaskBox::Block<float> z = LmMaskBox::allocate<float>((int64_t)n + 1, false);
-    if (v && z) dt1D(out, in, n, v.get(), z.get());
+    LmMaskBox::Block<float> f = LmMaskBox::allocate<float>(n, false);
+    if (v && z && f) dt1D(out, in, n, v.get(), z.get(), f.get());
 }
 
 bool LmRelief::dt2D(float* map, int width, int height)
@@ -372,19 +369,20 @@ bool LmRelief::dt2D(float* map, int width, int height)
     LmMaskBox::Block<float> out = LmMaskBox::allocate<float>(n, false);
     LmMaskBox::Block<int> v = LmMaskBox::allocate<int>(n, false);
     LmMaskBox::Block<float> z = LmMaskBox::allocate<float>((int64_t)n + 1, false);
-    if (!line || !out || !v || !z) return false;
+    LmMaskBox::Block<float> f = LmMaskBox::allocate<float>(n, false);
+    if (!line || !out || !v || !z || !f) return false;
     const int64_t W = width;
     for (int x = 0; x < width; ++x) {
         for (int y = 0; y < height; ++y) line[y] = map[y * W + x];
         if (keepsItself(line.get(), height)) continue;
-        dt1D(out.get(), line.get(), height, v.get(), z.get());
+        dt1D(out.get(), line.get(), height, v.get(), z.get(), f.get());
         for (int y = 0; y < height; ++y) map[y * W + x] = out[y];
     }
     for (int y = 0; y < height; ++y) {
         float* row = map + y * W;
         if (keepsItself(row, width)) continue;
         std::memcpy(line.get(), row, sizeof(float) * (size_t)width);
-        dt1D(row, line.get(), width, v.get(), z.get());
+        dt1D(row, line.get(), width, v.get(), z.get(), f.get());
     }
     return true;
 }

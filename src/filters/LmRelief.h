@@ -123,8 +123,8 @@ public:
                          int r);
 
     // One-dimensional squared distance transform (lower envelope of parabolas). v holds n ints,
-    // z n + 1 floats.
-    static void dt1D(float* out, const float* in, int n, int* v, float* z);
+    // z n + 1 floats, f n floats.
+    static void dt1D(float* out, const float* in, int n, int* v, float* z, float* f);
     // Allocating form; does nothing when the work buffers cannot be had.
     static void dt1D(float* out, const float* in, int n);
     // Columns then rows; false when the work buffers cannot be had.
