@@ -153,3 +153,38 @@ TEST(ReliefPass, LightingAndComposingMatchPixelByPixel)
             ASSERT_EQ(out[i], LmRelief::composePixel(lit[i], shadow[i], 2.03f, 0xFF102030, 0x80FFEEDD)) << i;
     }
 }
+
+TEST(ReliefPass, BlurMatchesThePlainTaps)
+{
+    // Flat patches (copied through), noise, and ranges that keep every tap on the image.
+    std::mt19937 rng(6);
+    for (int round = 0; round < 150; ++round) {
+        const int r = (int)(rng() % 9), w = 2 * r + 1 + (int)(rng() % 40), h = 2 * r + 1 + (int)(rng() % 30);
+        std::vector<unsigned char> src((size_t)w * h), plain((size_t)w * h, 7), fast;
+        const int flat = (int)(rng() % 256);
+        for (auto& v : src) v = rng() % 4 ? (unsigned char)flat : (unsigned char)(rng() % 256);
+        if (round % 3 == 0) std::fill(src.begin(), src.begin() + src.size() / 2, (unsigned char)0);
+        fast = plain;
+        std::vector<int> wt((size_t)r + 1);
+        int total = 0;
+        LmRelief::blurWeights(wt.data(), &total, r);
+        std::vector<int> column(w, 0);
+        const int c0 = r + (int)(rng() % (w - 2 * r)), c1 = c0 + (int)(rng() % (w - r - c0 + 1));
+        const int r0 = r + (int)(rng() % (h - 2 * r)), r1 = r0 + (int)(rng() % (h - r - r0 + 1));
+        for (int y = r0; y < r1; ++y) {
+            for (int x = c0; x < c1; ++x) {
+                int acc = 0;
+                for (int k = -r; k <= r; ++k) acc += src[(size_t)(y + k) * w + x] * wt[std::abs(k)];
+                column[x] = acc / total;
+            }
+            for (int x = c0; x < c1; ++x) {
+                int acc = 0;
+                for (int k = -r; k <= r; ++k) acc += column[x + k] * wt[std::abs(k)];
+                plain[(size_t)y * w + x] = (unsigned char)std::min(acc / total, 255);
+            }
+        }
+        LmRelief::BlurArgs args{src.data(), fast.data(), w, r, c0, c1, r0, r1};
+        LmRelief::partialBlur(&args);
+        ASSERT_EQ(plain, fast) << "round " << round << " r " << r;
+    }
+}
