@@ -473,39 +473,57 @@ int LmRelief::partialOutDT(void* args)
         return lastLimit;
     };
 
+    // Where each cell of the row above found its value (x, then y; -1 when it kept its own).
+    LmMaskBox::Block<int> found = LmMaskBox::allocate<int>(2 * W, false);
+    if (!found) return outwardSearch(args, [](float c) { return c > 0.0f; }, emboss);
+    std::fill(found.get(), found.get() + 2 * W, -1);
+
     // Candidates are at least their root, and roots grow with the squared distance: a row is
     // passed over when its nearest source is already too far, and each run starts at the row's
     // nearest source on its side and stops where the root reaches the value. `limit` is the
-    // least squared distance whose root reaches c.
+    // least squared distance whose root reaches c. The sources that served the cells to the
+    // left and above are tried first: neighbours mostly share their nearest source, and a value
+    // found early keeps the limit small.
     for (int y = std::max(a->rowBegin, 0); y < std::min(a->rowEnd, a->height); ++y) {
         int y0, y1;
         window(y, a->reach, a->height, &y0, &y1);
+        int64_t leftX = -1, leftY = -1;
         for (int x = 0; x < a->width; ++x) {
             float c = a->map[y * W + x];
-            if (!(c > 0.0f)) continue;
+            int64_t bestX = -1, bestY = -1;
+            if (!(c > 0.0f)) {
+                found[2 * x] = found[2 * x + 1] = -1;
+                leftX = leftY = -1;
+                continue;
+            }
             int x0, x1;
             window(x, a->reach, a->width, &x0, &x1);
+            auto take = [&](int64_t xx, int64_t yy, int64_t d2) {
+                const float n = a->map[yy * W + xx];
+                if (!(n < 1.0f)) return true;
+                const float k = emboss(n, root(d2));
+                if (k < c) c = k, bestX = xx, bestY = yy;
+                return n > 0.0f;
+            };
+            const int64_t seeds[2][2] = {{leftX, leftY}, {found[2 * x], found[2 * x + 1]}};
+            for (const auto& seed : seeds)
+                if (seed[0] >= x0 && seed[0] < x1 && seed[1] >= y0 && seed[1] < y1)
+                    take(seed[0], seed[1], (seed[0] - x) * (seed[0] - x) + (seed[1] - y) * (seed[1] - y));
             int64_t limit = limits(c);
             const unsigned char* toRight = right.get() + x * H;
             const unsigned char* toLeft = left.get() + x * H;
             auto visit = [&](int64_t yy, int64_t dy2) {
                 const int64_t h = std::min(toRight[yy], toLeft[yy]);
                 if (dy2 + h * h >= limit) return;
-                const float* row = a->map + yy * W;
                 const float before = c;
                 // The candidate of a source at 0 or below is its root: none further along the run
                 // can beat it, so the run ends there.
-                auto take = [&](int64_t xx) {
-                    const float n = row[xx];
-                    if (!(n < 1.0f)) return true;
-                    c = std::min(c, emboss(n, root(dy2 + (xx - x) * (xx - x))));
-                    return n > 0.0f;
-                };
-                for (int64_t xx = x + toRight[yy]; xx < x1 && dy2 + (xx - x) * (xx - x) < limit && take(xx); ++xx) {
+                for (int64_t xx = x + toRight[yy], d2 = dy2 + (xx - x) * (xx - x); xx < x1 && d2 < limit && take(xx, yy, d2);
+                     ++xx, d2 = dy2 + (xx - x) * (xx - x)) {
                 }
                 // A source under the cell itself was taken by the run to the right.
-                for (int64_t xx = x - std::max<int64_t>(toLeft[yy], 1);
-                     xx >= x0 && dy2 + (xx - x) * (xx - x) < limit && take(xx); --xx) {
+                for (int64_t xx = x - std::max<int64_t>(toLeft[yy], 1), d2 = dy2 + (xx - x) * (xx - x);
+                     xx >= x0 && d2 < limit && take(xx, yy, d2); --xx, d2 = dy2 + (xx - x) * (xx - x)) {
                 }
                 if (c != before) limit = limits(c);
             };
@@ -515,6 +533,8 @@ int LmRelief::partialOutDT(void* args)
             }
             // The cell is no source (at least 1 once changed), so no search above has read it.
             a->map[y * W + x] = c;
+            found[2 * x] = leftX = bestX;
+            found[2 * x + 1] = leftY = bestY;
         }
     }
     return 0;
