@@ -78,7 +78,7 @@ int LmBevel::doPostProcessing(ParamPostProcessing* pp)
     // the inside bevel), capped at the bevel width.
     if (smooth && R >= 11) {
         LmRelief::exactFill(pass.map.get(), c, box, inside ? 1e20f : 0.0f, inside ? 0.0f : 1e20f);
-        if (!LmRelief::dt2D(pass.map.get(), c.width, c.height)) return 0;
+        if (!LmRelief::dt2D(pass.map.get(), c.width, c.height, (float)(R * R))) return 0;
         LmRelief::capDistances(pass.map.get(), pass.size(), reach);
     } else {
         LmRelief::localFill(pass.map.get(), c, box, inside ? 0.0f : (float)R, reach, 254.99f, 0.0f, inside);

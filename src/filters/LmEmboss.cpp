@@ -27,7 +27,9 @@ bool foldSigned(LmRelief::Pass& pass, const LmMaskBox& box, int reach, int inner
     if (!inner) return false;
     LmRelief::exactFill(outer, c, box, 0.0f, 1e20f);
     LmRelief::exactFill(inner.get(), c, box, 1e20f, 0.0f);
-    if (!LmRelief::dt2D(outer, c.width, c.height) || !LmRelief::dt2D(inner.get(), c.width, c.height)) return false;
+    const float outerCap = (float)((int64_t)reach * reach), innerCap = (float)((int64_t)innerReach * innerReach);
+    if (!LmRelief::dt2D(outer, c.width, c.height, outerCap) || !LmRelief::dt2D(inner.get(), c.width, c.height, innerCap))
+        return false;
     LmRelief::capDistances(outer, pass.size(), reach);
     LmRelief::capDistances(inner.get(), pass.size(), innerReach);
     // Off the glyphs the outer distance is at least about 1; on them it is exactly 0.

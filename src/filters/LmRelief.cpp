@@ -362,7 +362,7 @@ void LmRelief::dt1D(float* out, const float* in, int n)
     if (v && z && f) dt1D(out, in, n, v.get(), z.get(), f.get());
 }
 
-bool LmRelief::dt2D(float* map, int width, int height)
+bool LmRelief::dt2D(float* map, int width, int height, float leaveAbove)
 {
     const int n = std::max(width, height);
     LmMaskBox::Block<float> line = LmMaskBox::allocate<float>(n, true);
@@ -380,7 +380,8 @@ bool LmRelief::dt2D(float* map, int width, int height)
     }
     for (int y = 0; y < height; ++y) {
         float* row = map + y * W;
-        if (keepsItself(row, width)) continue;
+        // Every value of the row stays at least the row's least.
+        if (keepsItself(row, width) || *std::min_element(row, row + width) > leaveAbove) continue;
         std::memcpy(line.get(), row, sizeof(float) * (size_t)width);
         dt1D(row, line.get(), width, v.get(), z.get(), f.get());
     }

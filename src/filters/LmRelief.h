@@ -3,6 +3,7 @@
 
 #include "filters/LmMaskBox.h"
 
+#include <cmath>
 #include <cstdint>
 
 namespace LmFontEffect {
@@ -127,8 +128,10 @@ public:
     static void dt1D(float* out, const float* in, int n, int* v, float* z, float* f);
     // Allocating form; does nothing when the work buffers cannot be had.
     static void dt1D(float* out, const float* in, int n);
-    // Columns then rows; false when the work buffers cannot be had.
-    static bool dt2D(float* map, int width, int height);
+    // Columns then rows; false when the work buffers cannot be had. Rows whose every value is
+    // above leaveAbove after the columns are left as they are (they would stay above it): for
+    // callers that cap there.
+    static bool dt2D(float* map, int width, int height, float leaveAbove = INFINITY);
     // Squared distances to distances capped at reach: 0 if <= 0, reach above reach^2.
     static void capDistances(float* map, int64_t count, int reach);
 

@@ -103,9 +103,16 @@ TEST(ReliefPass, ExactFillAndTransformMatchThePlainOnes)
         std::vector<float> fast((size_t)c.pixels());
         LmRelief::exactFill(fast.data(), c, s.box, inside ? 1e20f : 0.0f, inside ? 0.0f : 1e20f);
         ASSERT_TRUE(sameBits(plain.data(), fast.data(), plain.size() * 4)) << "fill, round " << round;
+        std::vector<float> capped = fast;
         plainDt2D(plain, c.width, c.height);
         ASSERT_TRUE(LmRelief::dt2D(fast.data(), c.width, c.height));
         ASSERT_TRUE(sameBits(plain.data(), fast.data(), plain.size() * 4)) << "transform, round " << round;
+        // Rows left out beyond the cap come out capped all the same.
+        const int reach = 1 + (int)(rng() % 6);
+        ASSERT_TRUE(LmRelief::dt2D(capped.data(), c.width, c.height, (float)(reach * reach)));
+        LmRelief::capDistances(capped.data(), c.pixels(), reach);
+        LmRelief::capDistances(plain.data(), c.pixels(), reach);
+        ASSERT_TRUE(sameBits(plain.data(), capped.data(), plain.size() * 4)) << "capped, round " << round;
     }
 }
 
