@@ -446,8 +446,7 @@ int LmRelief::partialOutDT(void* args)
     const int64_t W = a->width, H = a->height;
     // Sources (values below 1) never change here: every candidate from another cell is at least
     // 1. So the source layout is read once: the distance from every cell to its row's nearest
-    // source at or right of it and at or left of it, stored down the columns so that a cell's
-    // rows lie together, saturated at 255 (still lower bounds).
+    // source at or right of it and at or left of it, saturated at 255 (still lower bounds).
     LmMaskBox::Block<unsigned char> right = LmMaskBox::allocate<unsigned char>(W * H, false);
     LmMaskBox::Block<unsigned char> left = LmMaskBox::allocate<unsigned char>(W * H, false);
     auto emboss = [](float n, float d) { return n > 0.0f ? n + d : d; };
@@ -456,11 +455,11 @@ int LmRelief::partialOutDT(void* args)
         const float* m = a->map + y * W;
         for (int64_t x = 0, since = 255; x < W; ++x) {
             since = m[x] < 1.0f ? 0 : std::min<int64_t>(since + 1, 255);
-            left[x * H + y] = (unsigned char)since;
+            left[y * W + x] = (unsigned char)since;
         }
         for (int64_t x = W - 1, until = 255; x >= 0; --x) {
             until = m[x] < 1.0f ? 0 : std::min<int64_t>(until + 1, 255);
-            right[x * H + y] = (unsigned char)until;
+            right[y * W + x] = (unsigned char)until;
         }
     }
     // Squared distances are at most this within any window; past it no test is needed.
@@ -511,19 +510,19 @@ int LmRelief::partialOutDT(void* args)
                 if (seed[0] >= x0 && seed[0] < x1 && seed[1] >= y0 && seed[1] < y1)
                     take(seed[0], seed[1], (seed[0] - x) * (seed[0] - x) + (seed[1] - y) * (seed[1] - y));
             int64_t limit = limits(c);
-            const unsigned char* toRight = right.get() + x * H;
-            const unsigned char* toLeft = left.get() + x * H;
+            const unsigned char* toRight = right.get() + x;
+            const unsigned char* toLeft = left.get() + x;
             auto visit = [&](int64_t yy, int64_t dy2) {
-                const int64_t h = std::min(toRight[yy], toLeft[yy]);
+                const int64_t h = std::min(toRight[yy * W], toLeft[yy * W]);
                 if (dy2 + h * h >= limit) return;
                 const float before = c;
                 // The candidate of a source at 0 or below is its root: none further along the run
                 // can beat it, so the run ends there.
-                for (int64_t xx = x + toRight[yy], d2 = dy2 + (xx - x) * (xx - x); xx < x1 && d2 < limit && take(xx, yy, d2);
+                for (int64_t xx = x + toRight[yy * W], d2 = dy2 + (xx - x) * (xx - x); xx < x1 && d2 < limit && take(xx, yy, d2);
                      ++xx, d2 = dy2 + (xx - x) * (xx - x)) {
                 }
                 // A source under the cell itself was taken by the run to the right.
-                for (int64_t xx = x - std::max<int64_t>(toLeft[yy], 1), d2 = dy2 + (xx - x) * (xx - x);
+                for (int64_t xx = x - std::max<int64_t>(toLeft[yy * W], 1), d2 = dy2 + (xx - x) * (xx - x);
                      xx >= x0 && d2 < limit && take(xx, yy, d2); --xx, d2 = dy2 + (xx - x) * (xx - x)) {
                 }
                 if (c != before) limit = limits(c);
