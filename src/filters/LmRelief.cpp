@@ -505,10 +505,10 @@ int LmRelief::partialOutDT(void* args)
                 if (k < c) c = k, bestX = xx, bestY = yy;
                 return n > 0.0f;
             };
-            const int64_t seeds[2][2] = {{leftX, leftY}, {found[2 * x], found[2 * x + 1]}};
-            for (const auto& seed : seeds)
-                if (seed[0] >= x0 && seed[0] < x1 && seed[1] >= y0 && seed[1] < y1)
-                    take(seed[0], seed[1], (seed[0] - x) * (seed[0] - x) + (seed[1] - y) * (seed[1] - y));
+            const int64_t hints[2][2] = {{leftX, leftY}, {found[2 * x], found[2 * x + 1]}};
+            for (const auto& hint : hints)
+                if (hint[0] >= x0 && hint[0] < x1 && hint[1] >= y0 && hint[1] < y1)
+                    take(hint[0], hint[1], (hint[0] - x) * (hint[0] - x) + (hint[1] - y) * (hint[1] - y));
             int64_t limit = limits(c);
             const unsigned char* toRight = right.get() + x;
             const unsigned char* toLeft = left.get() + x;

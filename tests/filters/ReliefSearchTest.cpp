@@ -146,13 +146,13 @@ TEST(ReliefSearch, EmbossSearchesMatchTheFullWindowOnAnyValues)
     // Values no fill makes: negative, above the reach, infinite, NaN; the inner search may lift
     // a cell above 1, and that cell then counts as a source for the cells after it.
     const float inf = std::numeric_limits<float>::infinity(), nan = std::numeric_limits<float>::quiet_NaN();
-    const float specials[] = {0.0f, -0.0f, 1.0f, 0.5f, -3.0f, 40.0f, 2.5f, inf, -inf, nan};
+    const float oddValues[] = {0.0f, -0.0f, 1.0f, 0.5f, -3.0f, 40.0f, 2.5f, inf, -inf, nan};
     std::mt19937 rng(8);
     std::uniform_real_distribution<float> value(-12.0f, 12.0f);
     for (int round = 0; round < 200; ++round) {
         Map plain{1 + (int)(rng() % 20), 1 + (int)(rng() % 20), {}};
         for (int i = 0; i < plain.width * plain.height; ++i)
-            plain.cells.push_back(rng() % 4 == 0 ? specials[rng() % 10] : value(rng));
+            plain.cells.push_back(rng() % 4 == 0 ? oddValues[rng() % 10] : value(rng));
         const int reach = (int)(rng() % 8), innerReach = (int)(rng() % 8);
         Map fast = plain;
         const bool outer = round % 2 == 0;
