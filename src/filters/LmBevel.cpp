@@ -78,7 +78,7 @@ int LmBevel::doPostProcessing(ParamPostProcessing* pp)
     // the inside bevel), capped at the bevel width.
     if (smooth && R >= 11) {
         LmRelief::exactFill(pass.map.get(), c, box, inside ? 1e20f : 0.0f, inside ? 0.0f : 1e20f);
-        if (!LmRelief::dt2D(pass.map.get(), c.width, c.height)) return 0;
+        if (!LmRelief::dt2D(pass.map.get(), c.width, c.height, (float)(R * R))) return 0;
         LmRelief::capDistances(pass.map.get(), pass.size(), reach);
     } else {
         LmRelief::localFill(pass.map.get(), c, box, inside ? 0.0f : (float)R, reach, 254.99f, 0.0f, inside);
@@ -94,8 +94,8 @@ int LmBevel::doPostProcessing(ParamPostProcessing* pp)
     if (smooth && !pass.blur(reach)) return 0;
     if (!pass.blur(p.soften)) return 0;
 
-    for (int64_t i = 0; i < pass.size(); ++i)
-        pass.out[i] = LmRelief::composePixel(pass.lit[0][i], pass.shadow[0][i], gain, p.shadowColour, p.highlightColour);
+    LmRelief::composeAll(pass.lit[0], pass.shadow[0], pass.out.get(), pass.size(), gain, p.shadowColour,
+                         p.highlightColour);
     pass.drawInto(box.target, pp->compositeMode == 1 ? LME_BLEND_SRC_OVER : LME_BLEND_DST_OVER);
     return 1;
 }

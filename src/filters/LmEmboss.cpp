@@ -27,7 +27,9 @@ bool foldSigned(LmRelief::Pass& pass, const LmMaskBox& box, int reach, int inner
     if (!inner) return false;
     LmRelief::exactFill(outer, c, box, 0.0f, 1e20f);
     LmRelief::exactFill(inner.get(), c, box, 1e20f, 0.0f);
-    if (!LmRelief::dt2D(outer, c.width, c.height) || !LmRelief::dt2D(inner.get(), c.width, c.height)) return false;
+    const float outerCap = (float)((int64_t)reach * reach), innerCap = (float)((int64_t)innerReach * innerReach);
+    if (!LmRelief::dt2D(outer, c.width, c.height, outerCap) || !LmRelief::dt2D(inner.get(), c.width, c.height, innerCap))
+        return false;
     LmRelief::capDistances(outer, pass.size(), reach);
     LmRelief::capDistances(inner.get(), pass.size(), innerReach);
     // Off the glyphs the outer distance is at least about 1; on them it is exactly 0.
@@ -130,17 +132,15 @@ int LmEmboss::doPostProcessing(ParamPostProcessing* pp)
 
     if (!pass.blur((int)b) || !pass.blur(p.soften)) return 0;
 
+    if (!pillow)
+        LmRelief::composeAll(pass.lit[0], pass.shadow[0], pass.out.get(), pass.size(), gain, p.shadowColour,
+                             p.highlightColour);
     const int m = c.margin;
-    for (int y = 0; y < c.height; ++y) {
+    for (int y = 0; pillow && y < c.height; ++y) {
         const bool rowInBox = y >= m && y < m + box.height();
         const unsigned char* coverage = rowInBox ? box.row(y - m) : nullptr;
         for (int x = 0; x < c.width; ++x) {
             const int64_t i = (int64_t)y * c.width + x;
-            if (!pillow) {
-                pass.out[i] = LmRelief::composePixel(pass.lit[0][i], pass.shadow[0][i], gain, p.shadowColour,
-                                                     p.highlightColour);
-                continue;
-            }
             // The first light shows off the glyphs, the mirrored one on them.
             const int w = coverage && x >= m && x < m + box.width() ? 255 - coverage[x - m] : 255;
             const unsigned first = LmRelief::composeWeighted(pass.lit[0][i], pass.shadow[0][i], gain, w,

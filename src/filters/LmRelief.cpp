@@ -4,6 +4,7 @@
 #include "filters/LmGaussianBlur.h"
 #include "raster/LmBitmap.h"
 #include "raster/LmBlender.h"
+#include "raster/LmRowOps.h"
 #include "raster/LmSqrt.h"
 
 #include <algorithm>
@@ -38,11 +39,24 @@ bool blurWithBuffers(const LmRelief::BlurArgs& a)
     return true;
 }
 
-inline float parabolaCross(const float* in, int q, int p)
+// The square root of an integer squared distance: the table, sqrtf beyond it.
+inline float root(int64_t n) { return n < LM_INT_SQRT_TABLE_SIZE ? LM_INT_SQRT_TABLE[n] : sqrtf((float)n); }
+
+// A line all 0 or all 1e20 (the fills' two values) is its own transform: each point is its own
+// nearest parabola, or 1e20 swallows the squares. The squares stay exact up to this length.
+const int kPlainLineLimit = 4096;
+
+bool keepsItself(const float* line, int n)
 {
-    const float fq = in[q] + (float)((int64_t)q * q);
-    const float fp = in[p] + (float)((int64_t)p * p);
-    return (fq - fp) / (float)(2 * (int64_t)q - 2 * (int64_t)p);
+    if (n < 1 || n > kPlainLineLimit || (line[0] != 0.0f && line[0] != 1e20f)) return false;
+    uint32_t first;
+    std::memcpy(&first, line, sizeof first);
+    for (int i = 1; i < n; ++i) {
+        uint32_t bits;
+        std::memcpy(&bits, line + i, sizeof bits);
+        if (bits != first) return false;
+    }
+    return true;
 }
 
 // Half-open window [centre - reach, centre + reach + 1) clipped to 0..limit.
@@ -73,6 +87,18 @@ bool sourceSpans(const LmRelief::SearchArgs& a, LmMaskBox::Block<int>* first, Lm
     return true;
 }
 
+// The least n in 0..largest whose root is at least c, or largest + 1: roots never fall as n
+// grows, so root(n) < c exactly when n is below it. Found by stepping from c^2, which the
+// rounded roots miss by a step or two at most.
+int64_t leastWithRootAtLeast(float c, int64_t largest)
+{
+    if (!(c <= root(largest))) return largest + 1;
+    int64_t n = (int64_t)std::min<double>(std::max<double>((double)c * c, 0.0), (double)largest);
+    while (n > 0 && root(n - 1) >= c) --n;
+    while (root(n) < c) ++n;
+    return n;
+}
+
 // The bevel's and the emboss's outer search: cells accepted by `takes` move down to the
 // smallest candidate(n, d) over neighbours n < 1 within the reach. Every candidate is at least
 // d, and d at least the row and column distances, so the window is walked outward from the
@@ -98,7 +124,7 @@ template <class Takes, class Candidate> int outwardSearch(void* args, Takes take
                 auto take = [&](int xx) {
                     const float n = row[xx];
                     if (!(n < 1.0f)) return;
-                    const float k = candidate(n, LmRelief::rootOf(dy2 + (int64_t)(xx - x) * (xx - x)));
+                    const float k = candidate(n, root(dy2 + (int64_t)(xx - x) * (xx - x)));
                     if (k < c) c = k;
                 };
                 for (int xx = std::max(x, first[yy]); xx <= std::min(x1 - 1, last[yy]) && (float)(xx - x) < c; ++xx)
@@ -121,6 +147,20 @@ template <LmRelief::LightRule rule> void lightRows(const LmRelief::LightArgs& a)
 {
     const int64_t W = a.stride;
     const float level = (float)a.level;
+    // Compared by their bits: -0.0 and +0.0 may light differently.
+    struct Key {
+        uint32_t bits[3];
+        Key(float h, float gx, float gy)
+        {
+            std::memcpy(bits, &h, 4);
+            std::memcpy(bits + 1, &gx, 4);
+            std::memcpy(bits + 2, &gy, 4);
+        }
+        bool operator==(const Key& o) const { return std::memcmp(bits, o.bits, sizeof bits) == 0; }
+    };
+    Key last(0.0f, 0.0f, 0.0f);
+    bool lit = false; // whether `last` holds a pixel's key yet
+    unsigned char lastLit = 0, lastShadow = 0;
     for (int y = a.rowBegin; y < a.rowEnd; ++y) {
         for (int x = a.colBegin; x < a.colEnd; ++x) {
             const int64_t i = y * W + x;
@@ -133,6 +173,13 @@ template <LmRelief::LightRule rule> void lightRows(const LmRelief::LightArgs& a)
             }
             float gx = (p[-1] - p[1]) * 0.5f;
             float gy = (p[-W] - p[W]) * 0.5f;
+            // The outputs depend on h, gx and gy alone: flat areas repeat the last pixel's.
+            const Key key(h, gx, gy);
+            if (lit && key == last) {
+                a.lit[i] = lastLit;
+                a.shadow[i] = lastShadow;
+                continue;
+            }
             if (rule == LmRelief::EMBOSS_SOFT_LIGHT) {
                 gx *= a.gradientFactor;
                 gy *= a.gradientFactor;
@@ -155,8 +202,10 @@ template <LmRelief::LightRule rule> void lightRows(const LmRelief::LightArgs& a)
             const int64_t shadowTerm = rule == LmRelief::BEVEL_LIGHT ? falling : rising;
             const int64_t litM = 1 + ((litTerm * a.litOpacity) >> 8);
             const int64_t shadowM = 1 + ((shadowTerm * a.shadowOpacity) >> 8);
-            a.lit[i] = saturatedByte((ramp * litM) >> 8);
-            a.shadow[i] = saturatedByte((ramp * shadowM) >> 8);
+            a.lit[i] = lastLit = saturatedByte((ramp * litM) >> 8);
+            a.shadow[i] = lastShadow = saturatedByte((ramp * shadowM) >> 8);
+            last = key;
+            lit = true;
         }
     }
 }
@@ -275,18 +324,21 @@ bool LmRelief::blurPair(unsigned char** lit, unsigned char** shadow, unsigned ch
     return true;
 }
 
-void LmRelief::dt1D(float* out, const float* in, int n, int* v, float* z)
+void LmRelief::dt1D(float* out, const float* in, int n, int* v, float* z, float* f)
 {
     if (n < 1) return;
+    // Each parabola's value at its own root, in[q] + q^2, formed once.
+    for (int q = 0; q < n; ++q) f[q] = in[q] + (float)((int64_t)q * q);
+    auto cross = [&](int q, int p) { return (f[q] - f[p]) / (float)(2 * (int64_t)q - 2 * (int64_t)p); };
     int k = 0;
     v[0] = 0;
     z[0] = -1e20f;
     z[1] = 1e20f;
     for (int q = 1; q < n; ++q) {
-        float s = parabolaCross(in, q, v[k]);
+        float s = cross(q, v[k]);
         while (s <= z[k] && k > 0) {
             --k;
-            s = parabolaCross(in, q, v[k]);
+            s = cross(q, v[k]);
         }
         ++k;
         v[k] = q;
@@ -306,27 +358,32 @@ void LmRelief::dt1D(float* out, const float* in, int n)
     if (!out || !in || n < 1) return;
     LmMaskBox::Block<int> v = LmMaskBox::allocate<int>(n, false);
     LmMaskBox::Block<float> z = LmMaskBox::allocate<float>((int64_t)n + 1, false);
-    if (v && z) dt1D(out, in, n, v.get(), z.get());
+    LmMaskBox::Block<float> f = LmMaskBox::allocate<float>(n, false);
+    if (v && z && f) dt1D(out, in, n, v.get(), z.get(), f.get());
 }
 
-bool LmRelief::dt2D(float* map, int width, int height)
+bool LmRelief::dt2D(float* map, int width, int height, float leaveAbove)
 {
     const int n = std::max(width, height);
     LmMaskBox::Block<float> line = LmMaskBox::allocate<float>(n, true);
     LmMaskBox::Block<float> out = LmMaskBox::allocate<float>(n, false);
     LmMaskBox::Block<int> v = LmMaskBox::allocate<int>(n, false);
     LmMaskBox::Block<float> z = LmMaskBox::allocate<float>((int64_t)n + 1, false);
-    if (!line || !out || !v || !z) return false;
+    LmMaskBox::Block<float> f = LmMaskBox::allocate<float>(n, false);
+    if (!line || !out || !v || !z || !f) return false;
     const int64_t W = width;
     for (int x = 0; x < width; ++x) {
         for (int y = 0; y < height; ++y) line[y] = map[y * W + x];
-        dt1D(out.get(), line.get(), height, v.get(), z.get());
+        if (keepsItself(line.get(), height)) continue;
+        dt1D(out.get(), line.get(), height, v.get(), z.get(), f.get());
         for (int y = 0; y < height; ++y) map[y * W + x] = out[y];
     }
     for (int y = 0; y < height; ++y) {
         float* row = map + y * W;
+        // Every value of the row stays at least the row's least.
+        if (keepsItself(row, width) || *std::min_element(row, row + width) > leaveAbove) continue;
         std::memcpy(line.get(), row, sizeof(float) * (size_t)width);
-        dt1D(row, line.get(), width, v.get(), z.get());
+        dt1D(row, line.get(), width, v.get(), z.get(), f.get());
     }
     return true;
 }
@@ -342,20 +399,17 @@ void LmRelief::capDistances(float* map, int64_t count, int reach)
 
 void LmRelief::exactFill(float* map, const Canvas& c, const LmMaskBox& box, float inside, float outside)
 {
-    const int m = c.margin;
+    const int64_t m = c.margin, W = c.width;
     const int64_t maskW = box.mask->width, maskH = box.mask->height;
-    for (int r = 0; r < c.height; ++r) {
-        float* row = map + (int64_t)r * c.width;
-        const int64_t my = (int64_t)box.top + (r - m);
-        const bool rowInterior = r >= m && r <= c.height - m && my < maskH;
-        for (int col = 0; col < c.width; ++col) {
-            bool on = false;
-            if (rowInterior && col >= m && col <= c.width - m) {
-                const int64_t mx = (int64_t)box.left + (col - m);
-                on = mx < maskW && box.mask->pixels[my * maskW + mx] != 0;
-            }
-            row[col] = on ? inside : outside;
-        }
+    std::fill(map, map + c.pixels(), outside);
+    // Interior columns m..W-m (rows likewise) that lie on the mask.
+    const int64_t colEnd = std::min(std::min<int64_t>(W - m + 1, W), m + maskW - box.left);
+    const int64_t rowEnd = std::min(std::min<int64_t>(c.height - m + 1, c.height), m + maskH - box.top);
+    for (int64_t r = m; r < rowEnd; ++r) {
+        const unsigned char* src = box.mask->pixels + ((int64_t)box.top + (r - m)) * maskW + box.left;
+        float* row = map + r * W;
+        for (int64_t col = m; col < colEnd; ++col)
+            if (src[col - m] != 0) row[col] = inside;
     }
 }
 
@@ -377,7 +431,7 @@ void LmRelief::localFill(float* map, const Canvas& c, const LmMaskBox& box, floa
 
 float LmRelief::rootOf(int64_t n)
 {
-    return n < LM_INT_SQRT_TABLE_SIZE ? LM_INT_SQRT_TABLE[n] : sqrtf((float)n);
+    return root(n);
 }
 
 int LmRelief::partialDT(void* args)
@@ -387,31 +441,167 @@ int LmRelief::partialDT(void* args)
 
 int LmRelief::partialOutDT(void* args)
 {
-    return outwardSearch(args, [](float c) { return c > 0.0f; }, [](float n, float d) { return n > 0.0f ? n + d : d; });
+    const SearchArgs* a = static_cast<const SearchArgs*>(args);
+    if (!a || !a->map || a->width < 1 || a->height < 1 || a->reach < 0) return 0;
+    const int64_t W = a->width, H = a->height;
+    // Sources (values below 1) never change here: every candidate from another cell is at least
+    // 1. So the source layout is read once: the distance from every cell to its row's nearest
+    // source at or right of it and at or left of it, saturated at 255 (still lower bounds).
+    LmMaskBox::Block<unsigned char> right = LmMaskBox::allocate<unsigned char>(W * H, false);
+    LmMaskBox::Block<unsigned char> left = LmMaskBox::allocate<unsigned char>(W * H, false);
+    auto emboss = [](float n, float d) { return n > 0.0f ? n + d : d; };
+    if (!right || !left) return outwardSearch(args, [](float c) { return c > 0.0f; }, emboss);
+    for (int64_t y = 0; y < H; ++y) {
+        const float* m = a->map + y * W;
+        for (int64_t x = 0, since = 255; x < W; ++x) {
+            since = m[x] < 1.0f ? 0 : std::min<int64_t>(since + 1, 255);
+            left[y * W + x] = (unsigned char)since;
+        }
+        for (int64_t x = W - 1, until = 255; x >= 0; --x) {
+            until = m[x] < 1.0f ? 0 : std::min<int64_t>(until + 1, 255);
+            right[y * W + x] = (unsigned char)until;
+        }
+    }
+    // Squared distances are at most this within any window; past it no test is needed.
+    const int64_t reach = std::min<int64_t>(a->reach, std::max(W, H));
+    const int64_t largest = 2 * reach * reach + 2;
+    // Most cells start at the same value: the last limit is kept.
+    float lastValue = NAN;
+    int64_t lastLimit = 0;
+    auto limits = [&](float c) {
+        if (c != lastValue) lastValue = c, lastLimit = leastWithRootAtLeast(c, largest);
+        return lastLimit;
+    };
+
+    // Where each cell of the row above found its value (x, then y; -1 when it kept its own).
+    LmMaskBox::Block<int> found = LmMaskBox::allocate<int>(2 * W, false);
+    if (!found) return outwardSearch(args, [](float c) { return c > 0.0f; }, emboss);
+    std::fill(found.get(), found.get() + 2 * W, -1);
+
+    // Candidates are at least their root, and roots grow with the squared distance: a row is
+    // passed over when its nearest source is already too far, and each run starts at the row's
+    // nearest source on its side and stops where the root reaches the value. `limit` is the
+    // least squared distance whose root reaches c. The sources that served the cells to the
+    // left and above are tried first: neighbours mostly share their nearest source, and a value
+    // found early keeps the limit small.
+    for (int y = std::max(a->rowBegin, 0); y < std::min(a->rowEnd, a->height); ++y) {
+        int y0, y1;
+        window(y, a->reach, a->height, &y0, &y1);
+        int64_t leftX = -1, leftY = -1;
+        for (int x = 0; x < a->width; ++x) {
+            float c = a->map[y * W + x];
+            int64_t bestX = -1, bestY = -1;
+            if (!(c > 0.0f)) {
+                found[2 * x] = found[2 * x + 1] = -1;
+                leftX = leftY = -1;
+                continue;
+            }
+            int x0, x1;
+            window(x, a->reach, a->width, &x0, &x1);
+            auto take = [&](int64_t xx, int64_t yy, int64_t d2) {
+                const float n = a->map[yy * W + xx];
+                if (!(n < 1.0f)) return true;
+                const float k = emboss(n, root(d2));
+                if (k < c) c = k, bestX = xx, bestY = yy;
+                return n > 0.0f;
+            };
+            const int64_t hints[2][2] = {{leftX, leftY}, {found[2 * x], found[2 * x + 1]}};
+            for (const auto& hint : hints)
+                if (hint[0] >= x0 && hint[0] < x1 && hint[1] >= y0 && hint[1] < y1)
+                    take(hint[0], hint[1], (hint[0] - x) * (hint[0] - x) + (hint[1] - y) * (hint[1] - y));
+            int64_t limit = limits(c);
+            const unsigned char* toRight = right.get() + x;
+            const unsigned char* toLeft = left.get() + x;
+            auto visit = [&](int64_t yy, int64_t dy2) {
+                const int64_t h = std::min(toRight[yy * W], toLeft[yy * W]);
+                if (dy2 + h * h >= limit) return;
+                const float before = c;
+                // The candidate of a source at 0 or below is its root: none further along the run
+                // can beat it, so the run ends there.
+                for (int64_t xx = x + toRight[yy * W], d2 = dy2 + (xx - x) * (xx - x); xx < x1 && d2 < limit && take(xx, yy, d2);
+                     ++xx, d2 = dy2 + (xx - x) * (xx - x)) {
+                }
+                // A source under the cell itself was taken by the run to the right.
+                for (int64_t xx = x - std::max<int64_t>(toLeft[yy * W], 1), d2 = dy2 + (xx - x) * (xx - x);
+                     xx >= x0 && d2 < limit && take(xx, yy, d2); --xx, d2 = dy2 + (xx - x) * (xx - x)) {
+                }
+                if (c != before) limit = limits(c);
+            };
+            for (int64_t dy = 0; dy * dy < limit && (y + dy < y1 || y - dy >= y0); ++dy) {
+                if (y + dy < y1) visit(y + dy, dy * dy);
+                if (dy > 0 && y - dy >= y0) visit(y - dy, dy * dy);
+            }
+            // The cell is no source (at least 1 once changed), so no search above has read it.
+            a->map[y * W + x] = c;
+            found[2 * x] = leftX = bestX;
+            found[2 * x + 1] = leftY = bestY;
+        }
+    }
+    return 0;
 }
 
 int LmRelief::partialInDT(void* args)
 {
     const SearchArgs* a = static_cast<const SearchArgs*>(args);
     if (!a || !a->map || a->width < 1 || a->height < 1 || a->innerReach < 0) return 0;
-    const int64_t W = a->width;
+    const int ir = a->innerReach;
+    const int64_t W = a->width, T = 2 * (int64_t)ir + 1;
+    // The sources (values above 1) with every other cell at -inf, so that a row of the window is
+    // one vectorised running maximum of source - root, and each row's first and last source.
+    LmMaskBox::Block<float> sources = LmMaskBox::allocate<float>(W * a->height, false);
+    LmMaskBox::Block<int> first = LmMaskBox::allocate<int>(a->height, false);
+    LmMaskBox::Block<int> last = LmMaskBox::allocate<int>(a->height, false);
+    LmMaskBox::Block<float> rowRoots = LmMaskBox::allocate<float>(T, false);
+    if (!sources || !first || !last || !rowRoots) return 0;
+    for (int y = 0; y < a->height; ++y) {
+        first[y] = a->width;
+        last[y] = -1;
+        for (int x = 0; x < a->width; ++x) {
+            const float n = a->map[y * W + x];
+            sources[y * W + x] = n > 1.0f ? n : -INFINITY;
+            if (n > 1.0f) first[y] = std::min(first[y], x), last[y] = x;
+        }
+    }
+    // Roots of dy^2 + dx^2 for the whole window, dx = -ir..ir along a row; computed row by row
+    // on demand when the table is too large to have.
+    LmMaskBox::Block<float> table = T * T <= (int64_t(1) << 24) ? LmMaskBox::allocate<float>(T * T, false)
+                                                                  : LmMaskBox::Block<float>();
+    auto fillRoots = [&](float* out, int64_t dy) {
+        for (int64_t j = 0; j < T; ++j) out[j] = root(dy * dy + (j - ir) * (j - ir));
+    };
+    if (table)
+        for (int64_t dy = -ir; dy <= ir; ++dy) fillRoots(table.get() + (dy + ir) * T, dy);
+
     for (int y = std::max(a->rowBegin, 0); y < std::min(a->rowEnd, a->height); ++y) {
         int y0, y1;
-        window(y, a->innerReach, a->height, &y0, &y1);
+        window(y, ir, a->height, &y0, &y1);
         for (int x = 0; x < a->width; ++x) {
             float& c = a->map[y * W + x];
             if (!(c < 0.0f)) continue;
+            // The cell is no source while it is searched, so the maximum is over a fixed set and
+            // the order of the visit does not matter.
             int x0, x1;
-            window(x, a->innerReach, a->width, &x0, &x1);
-            for (int yy = y0; yy < y1; ++yy) {
-                const float* row = a->map + yy * W;
-                const int64_t dy2 = (int64_t)(yy - y) * (yy - y);
-                for (int xx = x0; xx < x1; ++xx) {
-                    const float n = row[xx];
-                    if (!(n > 1.0f)) continue;
-                    const float k = n - rootOf(dy2 + (int64_t)(xx - x) * (xx - x));
-                    if (k > c) c = k;
+            window(x, ir, a->width, &x0, &x1);
+            auto holdsSource = [&](int yy) { return first[yy] < x1 && last[yy] >= x0; };
+            int top = y0, bottom = y1;
+            while (top < bottom && !holdsSource(top)) ++top;
+            while (bottom > top && !holdsSource(bottom - 1)) --bottom;
+            const float* values = sources.get() + x0;
+            const int64_t dx0 = x0 - x + ir;
+            if (table) {
+                c = LmRowOps::maxDifference(values + top * W, W, table.get() + (top - y + ir) * T + dx0, T,
+                                            (size_t)(bottom - top), (size_t)(x1 - x0), c);
+            } else {
+                for (int yy = top; yy < bottom; ++yy) {
+                    fillRoots(rowRoots.get(), yy - y);
+                    c = LmRowOps::maxDifference(values + yy * W, W, rowRoots.get() + dx0, T, 1, (size_t)(x1 - x0), c);
                 }
+            }
+            if (c > 1.0f) {
+                // Lifted above 1 it becomes a source for the cells after it.
+                sources[y * W + x] = c;
+                first[y] = std::min(first[y], x);
+                last[y] = std::max(last[y], x);
             }
         }
     }
@@ -434,6 +624,22 @@ unsigned LmRelief::composePixel(int lit, int shadow, float gain, unsigned shadow
 {
     const int d = (int)(gain * (float)shadow) - (int)(gain * (float)lit);
     return pack(d > 0 ? shadowColour : highlightColour, std::min(std::abs(d), 255));
+}
+
+void LmRelief::composeAll(const unsigned char* lit, const unsigned char* shadow, unsigned* out, int64_t count,
+                          float gain, unsigned shadowColour, unsigned highlightColour)
+{
+    // Large areas share one pair of sides: the last pixel is reused.
+    int lastLit = -1, lastShadow = -1;
+    unsigned lastOut = 0;
+    for (int64_t i = 0; i < count; ++i) {
+        if (lit[i] != lastLit || shadow[i] != lastShadow) {
+            lastLit = lit[i];
+            lastShadow = shadow[i];
+            lastOut = composePixel(lastLit, lastShadow, gain, shadowColour, highlightColour);
+        }
+        out[i] = lastOut;
+    }
 }
 
 unsigned LmRelief::composeWeighted(int lit, int shadow, float gain, int weight, unsigned shadowColour,

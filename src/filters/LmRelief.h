@@ -3,6 +3,7 @@
 
 #include "filters/LmMaskBox.h"
 
+#include <cmath>
 #include <cstdint>
 
 namespace LmFontEffect {
@@ -123,12 +124,14 @@ public:
                          int r);
 
     // One-dimensional squared distance transform (lower envelope of parabolas). v holds n ints,
-    // z n + 1 floats.
-    static void dt1D(float* out, const float* in, int n, int* v, float* z);
+    // z n + 1 floats, f n floats.
+    static void dt1D(float* out, const float* in, int n, int* v, float* z, float* f);
     // Allocating form; does nothing when the work buffers cannot be had.
     static void dt1D(float* out, const float* in, int n);
-    // Columns then rows; false when the work buffers cannot be had.
-    static bool dt2D(float* map, int width, int height);
+    // Columns then rows; false when the work buffers cannot be had. Rows whose every value is
+    // above leaveAbove after the columns are left as they are (they would stay above it): for
+    // callers that cap there.
+    static bool dt2D(float* map, int width, int height, float leaveAbove = INFINITY);
     // Squared distances to distances capped at reach: 0 if <= 0, reach above reach^2.
     static void capDistances(float* map, int64_t count, int reach);
 
@@ -155,6 +158,9 @@ public:
     // One canvas pixel from its two sides: alpha min(|B - A|, 255), the shadow colour when
     // B > A, else the highlight colour.
     static unsigned composePixel(int lit, int shadow, float gain, unsigned shadowColour, unsigned highlightColour);
+    // composePixel over count pixels.
+    static void composeAll(const unsigned char* lit, const unsigned char* shadow, unsigned* out, int64_t count,
+                           float gain, unsigned shadowColour, unsigned highlightColour);
     // The pillow style's weighted pixel: alpha ((|B - A| + 1) * weight) >> 8.
     static unsigned composeWeighted(int lit, int shadow, float gain, int weight, unsigned shadowColour,
                                     unsigned highlightColour);

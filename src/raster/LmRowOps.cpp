@@ -134,6 +134,31 @@ void Quotients(unsigned char* out, const int* acc, size_t count, int sum, bool i
     for (; i < count; ++i) out[i] = (unsigned char)((top + sign * acc[i]) / sum);
 }
 
+float MaxDifference(const float* values, ptrdiff_t valueStride, const float* subtrahends, ptrdiff_t subtrahendStride,
+                    size_t rows, size_t count, float start)
+{
+    const hn::ScalableTag<float> d;
+    const size_t lanes = hn::Lanes(d);
+    auto best = hn::Set(d, start);
+    float m = start;
+    for (size_t y = 0; y < rows; ++y) {
+        const float* v = values + (ptrdiff_t)y * valueStride;
+        const float* s = subtrahends + (ptrdiff_t)y * subtrahendStride;
+        if (count < lanes) {
+            for (size_t i = 0; i < count; ++i) m = v[i] - s[i] > m ? v[i] - s[i] : m;
+            continue;
+        }
+        // The last vector overlaps the one before it: a maximum may see a lane twice.
+        for (size_t i = 0;; i += lanes) {
+            if (i + lanes > count) i = count - lanes;
+            best = hn::Max(best, hn::Sub(hn::LoadU(d, v + i), hn::LoadU(d, s + i)));
+            if (i + lanes == count) break;
+        }
+    }
+    const float vm = hn::GetLane(hn::MaxOfLanes(d, best));
+    return vm > m ? vm : m;
+}
+
 void Spread(unsigned char* out, const unsigned char* above, const unsigned char* row, const unsigned char* below,
             unsigned short* column, size_t count)
 {
@@ -175,6 +200,7 @@ HWY_EXPORT(Raise);
 HWY_EXPORT(Widen);
 HWY_EXPORT(SumTaps);
 HWY_EXPORT(Spread);
+HWY_EXPORT(MaxDifference);
 HWY_EXPORT(SumSmallTaps);
 HWY_EXPORT(Quotients);
 
@@ -213,6 +239,12 @@ void LmRowOps::spread(unsigned char* out, const unsigned char* above, const unsi
                       const unsigned char* below, unsigned short* column, size_t count)
 {
     HWY_DYNAMIC_DISPATCH(Spread)(out, above, row, below, column, count);
+}
+
+float LmRowOps::maxDifference(const float* values, ptrdiff_t valueStride, const float* subtrahends,
+                              ptrdiff_t subtrahendStride, size_t rows, size_t count, float start)
+{
+    return HWY_DYNAMIC_DISPATCH(MaxDifference)(values, valueStride, subtrahends, subtrahendStride, rows, count, start);
 }
 #else
 void LmRowOps::maxOf(unsigned char* out, const unsigned char* a, const unsigned char* b, size_t count)
@@ -268,6 +300,20 @@ void LmRowOps::spread(unsigned char* out, const unsigned char* above, const unsi
         const int v = (column[i - 1] + column[i] + column[i + 1]) >> 2;
         out[i] = (unsigned char)(v < 255 ? v : 255);
     }
+}
+#endif
+
+#if !defined(LM_HAVE_HWY)
+float LmRowOps::maxDifference(const float* values, ptrdiff_t valueStride, const float* subtrahends,
+                              ptrdiff_t subtrahendStride, size_t rows, size_t count, float start)
+{
+    float m = start;
+    for (size_t y = 0; y < rows; ++y)
+        for (size_t i = 0; i < count; ++i) {
+            const float k = values[(ptrdiff_t)y * valueStride + i] - subtrahends[(ptrdiff_t)y * subtrahendStride + i];
+            if (k > m) m = k;
+        }
+    return m;
 }
 #endif
 

@@ -43,6 +43,11 @@ public:
     static size_t alphaRun(const unsigned char* pixels, size_t count, unsigned char alpha);
     // Each pixel with a non-zero alpha trades bytes 0 and 2; every other pixel becomes 0.
     static void swapVisible(unsigned char* pixels, size_t count);
+
+    // max(start, values[i] - subtrahends[i]) over i < count of each of `rows` rows, the rows of
+    // each array `stride` floats apart. No NaN may arise; -0.0 and +0.0 are not told apart.
+    static float maxDifference(const float* values, ptrdiff_t valueStride, const float* subtrahends,
+                               ptrdiff_t subtrahendStride, size_t rows, size_t count, float start);
 };
 
 } // namespace LmFontEffect
