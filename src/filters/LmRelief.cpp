@@ -49,14 +49,21 @@ const int kPlainLineLimit = 4096;
 bool keepsItself(const float* line, int n)
 {
     if (n < 1 || n > kPlainLineLimit || (line[0] != 0.0f && line[0] != 1e20f)) return false;
-    uint32_t first;
-    std::memcpy(&first, line, sizeof first);
-    for (int i = 1; i < n; ++i) {
-        uint32_t bits;
-        std::memcpy(&bits, line + i, sizeof bits);
-        if (bits != first) return false;
+    // Every value has the bits of the first when each has those of the next.
+    return std::memcmp(line, line + 1, sizeof(float) * (size_t)(n - 1)) == 0;
+}
+
+// Whether the least value of the line (by <, from the first: a NaN first stays the least) is
+// at most limit; checked in blocks a vector wide, leaving at the first block that has one.
+bool leastAtMost(const float* line, int n, float limit)
+{
+    if (!(line[0] > limit)) return true;
+    for (int i = 1; i < n; i += 16) {
+        bool any = false;
+        for (int j = i; j < std::min(n, i + 16); ++j) any |= line[j] <= limit;
+        if (any) return true;
     }
-    return true;
+    return false;
 }
 
 // Half-open window [centre - reach, centre + reach + 1) clipped to 0..limit.
@@ -365,23 +372,36 @@ void LmRelief::dt1D(float* out, const float* in, int n)
 bool LmRelief::dt2D(float* map, int width, int height, float leaveAbove)
 {
     const int n = std::max(width, height);
+    // Columns go through in blocks, turned into lines a block at a time: each map row is then
+    // read and written a cache line at once rather than a float per column.
+    const int64_t block = 16, H = height;
+    LmMaskBox::Block<float> lines = LmMaskBox::allocate<float>(block * H, false);
     LmMaskBox::Block<float> line = LmMaskBox::allocate<float>(n, true);
-    LmMaskBox::Block<float> out = LmMaskBox::allocate<float>(n, false);
     LmMaskBox::Block<int> v = LmMaskBox::allocate<int>(n, false);
     LmMaskBox::Block<float> z = LmMaskBox::allocate<float>((int64_t)n + 1, false);
     LmMaskBox::Block<float> f = LmMaskBox::allocate<float>(n, false);
-    if (!line || !out || !v || !z || !f) return false;
+    if (!lines || !line || !v || !z || !f) return false;
     const int64_t W = width;
-    for (int x = 0; x < width; ++x) {
-        for (int y = 0; y < height; ++y) line[y] = map[y * W + x];
-        if (keepsItself(line.get(), height)) continue;
-        dt1D(out.get(), line.get(), height, v.get(), z.get(), f.get());
-        for (int y = 0; y < height; ++y) map[y * W + x] = out[y];
+    for (int64_t x0 = 0; x0 < W; x0 += block) {
+        const int64_t columns = std::min(block, W - x0);
+        for (int64_t y = 0; y < H; ++y)
+            for (int64_t j = 0; j < columns; ++j) lines[j * H + y] = map[y * W + x0 + j];
+        bool changed = false;
+        for (int64_t j = 0; j < columns; ++j) {
+            float* column = lines.get() + j * H;
+            if (keepsItself(column, height)) continue;
+            std::memcpy(line.get(), column, sizeof(float) * (size_t)H);
+            dt1D(column, line.get(), height, v.get(), z.get(), f.get());
+            changed = true;
+        }
+        if (!changed) continue;
+        for (int64_t y = 0; y < H; ++y)
+            for (int64_t j = 0; j < columns; ++j) map[y * W + x0 + j] = lines[j * H + y];
     }
     for (int y = 0; y < height; ++y) {
         float* row = map + y * W;
         // Every value of the row stays at least the row's least.
-        if (keepsItself(row, width) || *std::min_element(row, row + width) > leaveAbove) continue;
+        if (keepsItself(row, width) || !leastAtMost(row, width, leaveAbove)) continue;
         std::memcpy(line.get(), row, sizeof(float) * (size_t)width);
         dt1D(row, line.get(), width, v.get(), z.get(), f.get());
     }
