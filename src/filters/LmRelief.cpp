@@ -411,9 +411,18 @@ bool LmRelief::dt2D(float* map, int width, int height, float leaveAbove)
 void LmRelief::capDistances(float* map, int64_t count, int reach)
 {
     const float limit = (float)((int64_t)reach * reach);
+    // The root is taken for every value and the case chosen by masks after, so the loop has no
+    // branch and vectorises.
+    const float capped = (float)reach;
+    uint32_t cappedBits;
+    std::memcpy(&cappedBits, &capped, 4);
     for (int64_t i = 0; i < count; ++i) {
-        const float v = map[i];
-        map[i] = v <= 0.0f ? 0.0f : v > limit ? (float)reach : fsqrt(v);
+        const float v = map[i], r = fsqrt(v);
+        uint32_t rootBits;
+        std::memcpy(&rootBits, &r, 4);
+        const uint32_t above = 0u - (uint32_t)(v > limit), none = 0u - (uint32_t)(v <= 0.0f);
+        const uint32_t bits = ((rootBits & ~above) | (cappedBits & above)) & ~none;
+        std::memcpy(map + i, &bits, 4);
     }
 }
 
