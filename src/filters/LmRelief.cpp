@@ -661,11 +661,20 @@ void LmRelief::composeAll(const unsigned char* lit, const unsigned char* shadow,
     // Large areas share one pair of sides: the last pixel is reused.
     int lastLit = -1, lastShadow = -1;
     unsigned lastOut = 0;
+    // A pixel depends on (int)(gain x side) of each side and, past +-255, only on the sign of
+    // their difference: both go through tables where the products are small.
+    const bool tabled = std::fabs(gain) <= 64.0f;
+    int scaled[256];
+    unsigned byDifference[511];
+    for (int v = 0; tabled && v < 256; ++v) scaled[v] = (int)(gain * (float)v);
+    for (int d = -255; tabled && d <= 255; ++d)
+        byDifference[d + 255] = pack(d > 0 ? shadowColour : highlightColour, std::abs(d));
     for (int64_t i = 0; i < count; ++i) {
         if (lit[i] != lastLit || shadow[i] != lastShadow) {
             lastLit = lit[i];
             lastShadow = shadow[i];
-            lastOut = composePixel(lastLit, lastShadow, gain, shadowColour, highlightColour);
+            lastOut = tabled ? byDifference[std::min(std::max(scaled[lastShadow] - scaled[lastLit], -255), 255) + 255]
+                             : composePixel(lastLit, lastShadow, gain, shadowColour, highlightColour);
         }
         out[i] = lastOut;
     }
