@@ -478,8 +478,10 @@ int LmRelief::partialOutDT(void* args)
     // source at or right of it and at or left of it, saturated at 255 (still lower bounds).
     LmMaskBox::Block<unsigned char> right = LmMaskBox::allocate<unsigned char>(W * H, false);
     LmMaskBox::Block<unsigned char> left = LmMaskBox::allocate<unsigned char>(W * H, false);
+    // The nearer of the two by columns (x H + y): a cell's rows are tested one after another.
+    LmMaskBox::Block<unsigned char> nearest = LmMaskBox::allocate<unsigned char>(W * H, false);
     auto emboss = [](float n, float d) { return n > 0.0f ? n + d : d; };
-    if (!right || !left) return outwardSearch(args, [](float c) { return c > 0.0f; }, emboss);
+    if (!right || !left || !nearest) return outwardSearch(args, [](float c) { return c > 0.0f; }, emboss);
     for (int64_t y = 0; y < H; ++y) {
         const float* m = a->map + y * W;
         for (int64_t x = 0, since = 255; x < W; ++x) {
@@ -489,6 +491,7 @@ int LmRelief::partialOutDT(void* args)
         for (int64_t x = W - 1, until = 255; x >= 0; --x) {
             until = m[x] < 1.0f ? 0 : std::min<int64_t>(until + 1, 255);
             right[y * W + x] = (unsigned char)until;
+            nearest[x * H + y] = std::min(left[y * W + x], right[y * W + x]);
         }
     }
     // Squared distances are at most this within any window; past it no test is needed.
@@ -541,8 +544,9 @@ int LmRelief::partialOutDT(void* args)
             int64_t limit = limits(c);
             const unsigned char* toRight = right.get() + x;
             const unsigned char* toLeft = left.get() + x;
+            const unsigned char* column = nearest.get() + x * H;
             auto visit = [&](int64_t yy, int64_t dy2) {
-                const int64_t h = std::min(toRight[yy * W], toLeft[yy * W]);
+                const int64_t h = column[yy];
                 if (dy2 + h * h >= limit) return;
                 const float before = c;
                 // The candidate of a source at 0 or below is its root: none further along the run
