@@ -154,65 +154,51 @@ template <LmRelief::LightRule rule> void lightRows(const LmRelief::LightArgs& a)
 {
     const int64_t W = a.stride;
     const float level = (float)a.level;
-    // Compared by their bits: -0.0 and +0.0 may light differently.
-    struct Key {
-        uint32_t bits[3];
-        Key(float h, float gx, float gy)
-        {
-            std::memcpy(bits, &h, 4);
-            std::memcpy(bits + 1, &gx, 4);
-            std::memcpy(bits + 2, &gy, 4);
-        }
-        bool operator==(const Key& o) const { return std::memcmp(bits, o.bits, sizeof bits) == 0; }
-    };
-    Key last(0.0f, 0.0f, 0.0f);
-    bool lit = false; // whether `last` holds a pixel's key yet
-    unsigned char lastLit = 0, lastShadow = 0;
+    const float nzlz = a.nz * a.lz, nz2 = a.nz * a.nz;
+    // The normal's dot product with the light goes first over a stretch of the row, every pixel
+    // alike, so that the loop vectorises; the pixels to skip are dropped after.
+    const int kStretch = 256;
+    float dots[kStretch];
     for (int y = a.rowBegin; y < a.rowEnd; ++y) {
-        for (int x = a.colBegin; x < a.colEnd; ++x) {
-            const int64_t i = y * W + x;
-            const float* p = a.map + i;
-            const float h = *p;
-            if (rule == LmRelief::EMBOSS_SOFT_LIGHT) {
-                if (h == 0.0f || h >= level) continue;
-            } else if (h == level) {
-                continue;
+        for (int x0 = a.colBegin; x0 < a.colEnd; x0 += kStretch) {
+            const int n = std::min(kStretch, a.colEnd - x0);
+            const float* row = a.map + y * W + x0;
+            for (int j = 0; j < n; ++j) {
+                const float* p = row + j;
+                float gx = (p[-1] - p[1]) * 0.5f;
+                float gy = (p[-W] - p[W]) * 0.5f;
+                if (rule == LmRelief::EMBOSS_SOFT_LIGHT) {
+                    gx *= a.gradientFactor;
+                    gy *= a.gradientFactor;
+                }
+                dots[j] = (nzlz - a.lx * gx - a.ly * gy) / fsqrt(nz2 + gx * gx + gy * gy);
             }
-            float gx = (p[-1] - p[1]) * 0.5f;
-            float gy = (p[-W] - p[W]) * 0.5f;
-            // The outputs depend on h, gx and gy alone: flat areas repeat the last pixel's.
-            const Key key(h, gx, gy);
-            if (lit && key == last) {
-                a.lit[i] = lastLit;
-                a.shadow[i] = lastShadow;
-                continue;
-            }
-            if (rule == LmRelief::EMBOSS_SOFT_LIGHT) {
-                gx *= a.gradientFactor;
-                gy *= a.gradientFactor;
-            }
-            const float dot = (a.nz * a.lz - a.lx * gx - a.ly * gy) / fsqrt(a.nz * a.nz + gx * gx + gy * gy);
-            float shade = dot * 255.0f;
-            if (shade > 255.0f) shade = 255.0f;
-            if (!(shade >= 0.0f)) shade = 0.0f; // NaN too
-            if (rule == LmRelief::BEVEL_LIGHT && !a.keepShade) shade = (float)(255 - (int)shade);
+            for (int j = 0; j < n; ++j) {
+                const int64_t i = y * W + x0 + j;
+                const float h = row[j];
+                if (rule == LmRelief::EMBOSS_SOFT_LIGHT) {
+                    if (h == 0.0f || h >= level) continue;
+                } else if (h == level) {
+                    continue;
+                }
+                float shade = dots[j] * 255.0f;
+                if (shade > 255.0f) shade = 255.0f;
+                if (!(shade >= 0.0f)) shade = 0.0f; // NaN too
+                if (rule == LmRelief::BEVEL_LIGHT && !a.keepShade) shade = (float)(255 - (int)shade);
 
-            float t = rule == LmRelief::BEVEL_LIGHT || h > 0.0f ? level - h : h + (float)a.innerReach - 1.0f;
-            if (t > 1.0f) t = 1.0f;
-            if (!(t >= 0.0f)) t = 0.0f;
-            const int64_t ramp = (int)(0.5f + t * 255.0f);
+                float t = rule == LmRelief::BEVEL_LIGHT || h > 0.0f ? level - h : h + (float)a.innerReach - 1.0f;
+                if (t > 1.0f) t = 1.0f;
+                if (!(t >= 0.0f)) t = 0.0f;
+                const int64_t ramp = (int)(0.5f + t * 255.0f);
 
-            // The bevel lights its lit side from shade + 1 and its shadow from 256 - shade; the
-            // emboss the other way round.
-            const int64_t rising = (int)(shade + 1.0f), falling = 256 - (int)shade;
-            const int64_t litTerm = rule == LmRelief::BEVEL_LIGHT ? rising : falling;
-            const int64_t shadowTerm = rule == LmRelief::BEVEL_LIGHT ? falling : rising;
-            const int64_t litM = 1 + ((litTerm * a.litOpacity) >> 8);
-            const int64_t shadowM = 1 + ((shadowTerm * a.shadowOpacity) >> 8);
-            a.lit[i] = lastLit = saturatedByte((ramp * litM) >> 8);
-            a.shadow[i] = lastShadow = saturatedByte((ramp * shadowM) >> 8);
-            last = key;
-            lit = true;
+                // The bevel lights its lit side from shade + 1 and its shadow from 256 - shade; the
+                // emboss the other way round.
+                const int64_t rising = (int)(shade + 1.0f), falling = 256 - (int)shade;
+                const int64_t litTerm = rule == LmRelief::BEVEL_LIGHT ? rising : falling;
+                const int64_t shadowTerm = rule == LmRelief::BEVEL_LIGHT ? falling : rising;
+                a.lit[i] = saturatedByte((ramp * (1 + ((litTerm * a.litOpacity) >> 8))) >> 8);
+                a.shadow[i] = saturatedByte((ramp * (1 + ((shadowTerm * a.shadowOpacity) >> 8))) >> 8);
+            }
         }
     }
 }
