@@ -159,6 +159,11 @@ template <LmRelief::LightRule rule> void lightRows(const LmRelief::LightArgs& a)
     // alike, so that the loop vectorises; the pixels to skip are dropped after.
     const int kStretch = 256;
     float dots[kStretch];
+    // The sides depend on h and the dot product alone: flat areas repeat the last pixel's
+    // (compared by bits: -0.0 and +0.0 may light differently).
+    uint64_t lastKey = 0;
+    bool lit = false; // whether lastKey holds a pixel's key yet
+    unsigned char lastLit = 0, lastShadow = 0;
     for (int y = a.rowBegin; y < a.rowEnd; ++y) {
         for (int x0 = a.colBegin; x0 < a.colEnd; x0 += kStretch) {
             const int n = std::min(kStretch, a.colEnd - x0);
@@ -181,6 +186,15 @@ template <LmRelief::LightRule rule> void lightRows(const LmRelief::LightArgs& a)
                 } else if (h == level) {
                     continue;
                 }
+                uint32_t hBits, dotBits;
+                std::memcpy(&hBits, &h, 4);
+                std::memcpy(&dotBits, dots + j, 4);
+                const uint64_t key = (uint64_t)hBits << 32 | dotBits;
+                if (lit && key == lastKey) {
+                    a.lit[i] = lastLit;
+                    a.shadow[i] = lastShadow;
+                    continue;
+                }
                 float shade = dots[j] * 255.0f;
                 if (shade > 255.0f) shade = 255.0f;
                 if (!(shade >= 0.0f)) shade = 0.0f; // NaN too
@@ -196,8 +210,10 @@ template <LmRelief::LightRule rule> void lightRows(const LmRelief::LightArgs& a)
                 const int64_t rising = (int)(shade + 1.0f), falling = 256 - (int)shade;
                 const int64_t litTerm = rule == LmRelief::BEVEL_LIGHT ? rising : falling;
                 const int64_t shadowTerm = rule == LmRelief::BEVEL_LIGHT ? falling : rising;
-                a.lit[i] = saturatedByte((ramp * (1 + ((litTerm * a.litOpacity) >> 8))) >> 8);
-                a.shadow[i] = saturatedByte((ramp * (1 + ((shadowTerm * a.shadowOpacity) >> 8))) >> 8);
+                a.lit[i] = lastLit = saturatedByte((ramp * (1 + ((litTerm * a.litOpacity) >> 8))) >> 8);
+                a.shadow[i] = lastShadow = saturatedByte((ramp * (1 + ((shadowTerm * a.shadowOpacity) >> 8))) >> 8);
+                lastKey = key;
+                lit = true;
             }
         }
     }
