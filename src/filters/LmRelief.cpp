@@ -49,14 +49,21 @@ const int kPlainLineLimit = 4096;
 bool keepsItself(const float* line, int n)
 {
     if (n < 1 || n > kPlainLineLimit || (line[0] != 0.0f && line[0] != 1e20f)) return false;
-    uint32_t first;
-    std::memcpy(&first, line, sizeof first);
-    for (int i = 1; i < n; ++i) {
-        uint32_t bits;
-        std::memcpy(&bits, line + i, sizeof bits);
-        if (bits != first) return false;
+    // Every value has the bits of the first when each has those of the next.
+    return std::memcmp(line, line + 1, sizeof(float) * (size_t)(n - 1)) == 0;
+}
+
+// Whether the least value of the line (by <, from the first: a NaN first stays the least) is
+// at most limit; checked in blocks a vector wide, leaving at the first block that has one.
+bool leastAtMost(const float* line, int n, float limit)
+{
+    if (!(line[0] > limit)) return true;
+    for (int i = 1; i < n; i += 16) {
+        bool any = false;
+        for (int j = i; j < std::min(n, i + 16); ++j) any |= line[j] <= limit;
+        if (any) return true;
     }
-    return true;
+    return false;
 }
 
 // Half-open window [centre - reach, centre + reach + 1) clipped to 0..limit.
@@ -147,66 +154,98 @@ template <LmRelief::LightRule rule> void lightRows(const LmRelief::LightArgs& a)
 {
     const int64_t W = a.stride;
     const float level = (float)a.level;
-    // Compared by their bits: -0.0 and +0.0 may light differently.
-    struct Key {
-        uint32_t bits[3];
-        Key(float h, float gx, float gy)
-        {
-            std::memcpy(bits, &h, 4);
-            std::memcpy(bits + 1, &gx, 4);
-            std::memcpy(bits + 2, &gy, 4);
-        }
-        bool operator==(const Key& o) const { return std::memcmp(bits, o.bits, sizeof bits) == 0; }
-    };
-    Key last(0.0f, 0.0f, 0.0f);
-    bool lit = false; // whether `last` holds a pixel's key yet
+    const float nzlz = a.nz * a.lz, nz2 = a.nz * a.nz;
+    // The normal's dot product with the light goes first over a stretch of the row, every pixel
+    // alike, so that the loop vectorises; the pixels to skip are dropped after.
+    const int kStretch = 256;
+    float dots[kStretch];
+    // The sides depend on h and the dot product alone: flat areas repeat the last pixel's
+    // (compared by bits: -0.0 and +0.0 may light differently).
+    uint64_t lastKey = 0;
+    bool lit = false; // whether lastKey holds a pixel's key yet
     unsigned char lastLit = 0, lastShadow = 0;
     for (int y = a.rowBegin; y < a.rowEnd; ++y) {
-        for (int x = a.colBegin; x < a.colEnd; ++x) {
-            const int64_t i = y * W + x;
-            const float* p = a.map + i;
-            const float h = *p;
-            if (rule == LmRelief::EMBOSS_SOFT_LIGHT) {
-                if (h == 0.0f || h >= level) continue;
-            } else if (h == level) {
-                continue;
+        for (int x0 = a.colBegin; x0 < a.colEnd; x0 += kStretch) {
+            const int n = std::min(kStretch, a.colEnd - x0);
+            const float* row = a.map + y * W + x0;
+            for (int j = 0; j < n; ++j) {
+                const float* p = row + j;
+                float gx = (p[-1] - p[1]) * 0.5f;
+                float gy = (p[-W] - p[W]) * 0.5f;
+                if (rule == LmRelief::EMBOSS_SOFT_LIGHT) {
+                    gx *= a.gradientFactor;
+                    gy *= a.gradientFactor;
+                }
+                dots[j] = (nzlz - a.lx * gx - a.ly * gy) / fsqrt(nz2 + gx * gx + gy * gy);
             }
-            float gx = (p[-1] - p[1]) * 0.5f;
-            float gy = (p[-W] - p[W]) * 0.5f;
-            // The outputs depend on h, gx and gy alone: flat areas repeat the last pixel's.
-            const Key key(h, gx, gy);
-            if (lit && key == last) {
-                a.lit[i] = lastLit;
-                a.shadow[i] = lastShadow;
-                continue;
-            }
-            if (rule == LmRelief::EMBOSS_SOFT_LIGHT) {
-                gx *= a.gradientFactor;
-                gy *= a.gradientFactor;
-            }
-            const float dot = (a.nz * a.lz - a.lx * gx - a.ly * gy) / fsqrt(a.nz * a.nz + gx * gx + gy * gy);
-            float shade = dot * 255.0f;
-            if (shade > 255.0f) shade = 255.0f;
-            if (!(shade >= 0.0f)) shade = 0.0f; // NaN too
-            if (rule == LmRelief::BEVEL_LIGHT && !a.keepShade) shade = (float)(255 - (int)shade);
+            for (int j = 0; j < n; ++j) {
+                const int64_t i = y * W + x0 + j;
+                const float h = row[j];
+                if (rule == LmRelief::EMBOSS_SOFT_LIGHT) {
+                    if (h == 0.0f || h >= level) continue;
+                } else if (h == level) {
+                    continue;
+                }
+                uint32_t hBits, dotBits;
+                std::memcpy(&hBits, &h, 4);
+                std::memcpy(&dotBits, dots + j, 4);
+                const uint64_t key = (uint64_t)hBits << 32 | dotBits;
+                if (lit && key == lastKey) {
+                    a.lit[i] = lastLit;
+                    a.shadow[i] = lastShadow;
+                    continue;
+                }
+                float shade = dots[j] * 255.0f;
+                if (shade > 255.0f) shade = 255.0f;
+                if (!(shade >= 0.0f)) shade = 0.0f; // NaN too
+                if (rule == LmRelief::BEVEL_LIGHT && !a.keepShade) shade = (float)(255 - (int)shade);
 
-            float t = rule == LmRelief::BEVEL_LIGHT || h > 0.0f ? level - h : h + (float)a.innerReach - 1.0f;
-            if (t > 1.0f) t = 1.0f;
-            if (!(t >= 0.0f)) t = 0.0f;
-            const int64_t ramp = (int)(0.5f + t * 255.0f);
+                float t = rule == LmRelief::BEVEL_LIGHT || h > 0.0f ? level - h : h + (float)a.innerReach - 1.0f;
+                if (t > 1.0f) t = 1.0f;
+                if (!(t >= 0.0f)) t = 0.0f;
+                const int64_t ramp = (int)(0.5f + t * 255.0f);
 
-            // The bevel lights its lit side from shade + 1 and its shadow from 256 - shade; the
-            // emboss the other way round.
-            const int64_t rising = (int)(shade + 1.0f), falling = 256 - (int)shade;
-            const int64_t litTerm = rule == LmRelief::BEVEL_LIGHT ? rising : falling;
-            const int64_t shadowTerm = rule == LmRelief::BEVEL_LIGHT ? falling : rising;
-            const int64_t litM = 1 + ((litTerm * a.litOpacity) >> 8);
-            const int64_t shadowM = 1 + ((shadowTerm * a.shadowOpacity) >> 8);
-            a.lit[i] = lastLit = saturatedByte((ramp * litM) >> 8);
-            a.shadow[i] = lastShadow = saturatedByte((ramp * shadowM) >> 8);
-            last = key;
-            lit = true;
+                // The bevel lights its lit side from shade + 1 and its shadow from 256 - shade; the
+                // emboss the other way round.
+                const int64_t rising = (int)(shade + 1.0f), falling = 256 - (int)shade;
+                const int64_t litTerm = rule == LmRelief::BEVEL_LIGHT ? rising : falling;
+                const int64_t shadowTerm = rule == LmRelief::BEVEL_LIGHT ? falling : rising;
+                a.lit[i] = lastLit = saturatedByte((ramp * (1 + ((litTerm * a.litOpacity) >> 8))) >> 8);
+                a.shadow[i] = lastShadow = saturatedByte((ramp * (1 + ((shadowTerm * a.shadowOpacity) >> 8))) >> 8);
+                lastKey = key;
+                lit = true;
+            }
         }
+    }
+}
+
+// The line transform with integers of type I (wide enough for n^2) for the squares and gaps.
+template <class I> void lineTransform(float* out, const float* in, int n, int* v, float* z, float* f)
+{
+    if (n < 1) return;
+    // Each parabola's value at its own root, in[q] + q^2, formed once.
+    for (int q = 0; q < n; ++q) f[q] = in[q] + (float)((I)q * q);
+    auto cross = [&](int q, int p) { return (f[q] - f[p]) / (float)(2 * (I)q - 2 * (I)p); };
+    int k = 0;
+    v[0] = 0;
+    z[0] = -1e20f;
+    z[1] = 1e20f;
+    for (int q = 1; q < n; ++q) {
+        float s = cross(q, v[k]);
+        while (s <= z[k] && k > 0) {
+            --k;
+            s = cross(q, v[k]);
+        }
+        ++k;
+        v[k] = q;
+        z[k] = s;
+        z[k + 1] = 1e20f;
+    }
+    k = 0;
+    for (int q = 0; q < n; ++q) {
+        while (z[k + 1] < (float)q) ++k;
+        const I d = (I)q - v[k];
+        out[q] = in[v[k]] + (float)(d * d);
     }
 }
 
@@ -326,31 +365,12 @@ bool LmRelief::blurPair(unsigned char** lit, unsigned char** shadow, unsigned ch
 
 void LmRelief::dt1D(float* out, const float* in, int n, int* v, float* z, float* f)
 {
-    if (n < 1) return;
-    // Each parabola's value at its own root, in[q] + q^2, formed once.
-    for (int q = 0; q < n; ++q) f[q] = in[q] + (float)((int64_t)q * q);
-    auto cross = [&](int q, int p) { return (f[q] - f[p]) / (float)(2 * (int64_t)q - 2 * (int64_t)p); };
-    int k = 0;
-    v[0] = 0;
-    z[0] = -1e20f;
-    z[1] = 1e20f;
-    for (int q = 1; q < n; ++q) {
-        float s = cross(q, v[k]);
-        while (s <= z[k] && k > 0) {
-            --k;
-            s = cross(q, v[k]);
-        }
-        ++k;
-        v[k] = q;
-        z[k] = s;
-        z[k + 1] = 1e20f;
-    }
-    k = 0;
-    for (int q = 0; q < n; ++q) {
-        while (z[k + 1] < (float)q) ++k;
-        const int64_t d = (int64_t)q - v[k];
-        out[q] = in[v[k]] + (float)(d * d);
-    }
+    // Squares and doubled gaps in 32 bits where they fit: the same floats from cheaper
+    // conversions, and the first loop vectorises.
+    if (n <= 46340)
+        lineTransform<int32_t>(out, in, n, v, z, f);
+    else
+        lineTransform<int64_t>(out, in, n, v, z, f);
 }
 
 void LmRelief::dt1D(float* out, const float* in, int n)
@@ -365,23 +385,36 @@ void LmRelief::dt1D(float* out, const float* in, int n)
 bool LmRelief::dt2D(float* map, int width, int height, float leaveAbove)
 {
     const int n = std::max(width, height);
+    // Columns go through in blocks, turned into lines a block at a time: each map row is then
+    // read and written a cache line at once rather than a float per column.
+    const int64_t block = 16, H = height;
+    LmMaskBox::Block<float> lines = LmMaskBox::allocate<float>(block * H, false);
     LmMaskBox::Block<float> line = LmMaskBox::allocate<float>(n, true);
-    LmMaskBox::Block<float> out = LmMaskBox::allocate<float>(n, false);
     LmMaskBox::Block<int> v = LmMaskBox::allocate<int>(n, false);
     LmMaskBox::Block<float> z = LmMaskBox::allocate<float>((int64_t)n + 1, false);
     LmMaskBox::Block<float> f = LmMaskBox::allocate<float>(n, false);
-    if (!line || !out || !v || !z || !f) return false;
+    if (!lines || !line || !v || !z || !f) return false;
     const int64_t W = width;
-    for (int x = 0; x < width; ++x) {
-        for (int y = 0; y < height; ++y) line[y] = map[y * W + x];
-        if (keepsItself(line.get(), height)) continue;
-        dt1D(out.get(), line.get(), height, v.get(), z.get(), f.get());
-        for (int y = 0; y < height; ++y) map[y * W + x] = out[y];
+    for (int64_t x0 = 0; x0 < W; x0 += block) {
+        const int64_t columns = std::min(block, W - x0);
+        for (int64_t y = 0; y < H; ++y)
+            for (int64_t j = 0; j < columns; ++j) lines[j * H + y] = map[y * W + x0 + j];
+        bool changed = false;
+        for (int64_t j = 0; j < columns; ++j) {
+            float* column = lines.get() + j * H;
+            if (keepsItself(column, height)) continue;
+            std::memcpy(line.get(), column, sizeof(float) * (size_t)H);
+            dt1D(column, line.get(), height, v.get(), z.get(), f.get());
+            changed = true;
+        }
+        if (!changed) continue;
+        for (int64_t y = 0; y < H; ++y)
+            for (int64_t j = 0; j < columns; ++j) map[y * W + x0 + j] = lines[j * H + y];
     }
     for (int y = 0; y < height; ++y) {
         float* row = map + y * W;
         // Every value of the row stays at least the row's least.
-        if (keepsItself(row, width) || *std::min_element(row, row + width) > leaveAbove) continue;
+        if (keepsItself(row, width) || !leastAtMost(row, width, leaveAbove)) continue;
         std::memcpy(line.get(), row, sizeof(float) * (size_t)width);
         dt1D(row, line.get(), width, v.get(), z.get(), f.get());
     }
@@ -391,9 +424,18 @@ bool LmRelief::dt2D(float* map, int width, int height, float leaveAbove)
 void LmRelief::capDistances(float* map, int64_t count, int reach)
 {
     const float limit = (float)((int64_t)reach * reach);
+    // The root is taken for every value and the case chosen by masks after, so the loop has no
+    // branch and vectorises.
+    const float capped = (float)reach;
+    uint32_t cappedBits;
+    std::memcpy(&cappedBits, &capped, 4);
     for (int64_t i = 0; i < count; ++i) {
-        const float v = map[i];
-        map[i] = v <= 0.0f ? 0.0f : v > limit ? (float)reach : fsqrt(v);
+        const float v = map[i], r = fsqrt(v);
+        uint32_t rootBits;
+        std::memcpy(&rootBits, &r, 4);
+        const uint32_t above = 0u - (uint32_t)(v > limit), none = 0u - (uint32_t)(v <= 0.0f);
+        const uint32_t bits = ((rootBits & ~above) | (cappedBits & above)) & ~none;
+        std::memcpy(map + i, &bits, 4);
     }
 }
 
@@ -408,8 +450,8 @@ void LmRelief::exactFill(float* map, const Canvas& c, const LmMaskBox& box, floa
     for (int64_t r = m; r < rowEnd; ++r) {
         const unsigned char* src = box.mask->pixels + ((int64_t)box.top + (r - m)) * maskW + box.left;
         float* row = map + r * W;
-        for (int64_t col = m; col < colEnd; ++col)
-            if (src[col - m] != 0) row[col] = inside;
+        // Every pixel written, the value chosen without a branch: the loop vectorises.
+        for (int64_t col = m; col < colEnd; ++col) row[col] = src[col - m] != 0 ? inside : outside;
     }
 }
 
@@ -449,8 +491,10 @@ int LmRelief::partialOutDT(void* args)
     // source at or right of it and at or left of it, saturated at 255 (still lower bounds).
     LmMaskBox::Block<unsigned char> right = LmMaskBox::allocate<unsigned char>(W * H, false);
     LmMaskBox::Block<unsigned char> left = LmMaskBox::allocate<unsigned char>(W * H, false);
+    // The nearer of the two by columns (x H + y): a cell's rows are tested one after another.
+    LmMaskBox::Block<unsigned char> nearest = LmMaskBox::allocate<unsigned char>(W * H, false);
     auto emboss = [](float n, float d) { return n > 0.0f ? n + d : d; };
-    if (!right || !left) return outwardSearch(args, [](float c) { return c > 0.0f; }, emboss);
+    if (!right || !left || !nearest) return outwardSearch(args, [](float c) { return c > 0.0f; }, emboss);
     for (int64_t y = 0; y < H; ++y) {
         const float* m = a->map + y * W;
         for (int64_t x = 0, since = 255; x < W; ++x) {
@@ -460,6 +504,7 @@ int LmRelief::partialOutDT(void* args)
         for (int64_t x = W - 1, until = 255; x >= 0; --x) {
             until = m[x] < 1.0f ? 0 : std::min<int64_t>(until + 1, 255);
             right[y * W + x] = (unsigned char)until;
+            nearest[x * H + y] = std::min(left[y * W + x], right[y * W + x]);
         }
     }
     // Squared distances are at most this within any window; past it no test is needed.
@@ -512,8 +557,9 @@ int LmRelief::partialOutDT(void* args)
             int64_t limit = limits(c);
             const unsigned char* toRight = right.get() + x;
             const unsigned char* toLeft = left.get() + x;
+            const unsigned char* column = nearest.get() + x * H;
             auto visit = [&](int64_t yy, int64_t dy2) {
-                const int64_t h = std::min(toRight[yy * W], toLeft[yy * W]);
+                const int64_t h = column[yy];
                 if (dy2 + h * h >= limit) return;
                 const float before = c;
                 // The candidate of a source at 0 or below is its root: none further along the run
@@ -632,11 +678,20 @@ void LmRelief::composeAll(const unsigned char* lit, const unsigned char* shadow,
     // Large areas share one pair of sides: the last pixel is reused.
     int lastLit = -1, lastShadow = -1;
     unsigned lastOut = 0;
+    // A pixel depends on (int)(gain x side) of each side and, past +-255, only on the sign of
+    // their difference: both go through tables where the products are small.
+    const bool tabled = std::fabs(gain) <= 64.0f;
+    int scaled[256];
+    unsigned byDifference[511];
+    for (int v = 0; tabled && v < 256; ++v) scaled[v] = (int)(gain * (float)v);
+    for (int d = -255; tabled && d <= 255; ++d)
+        byDifference[d + 255] = pack(d > 0 ? shadowColour : highlightColour, std::abs(d));
     for (int64_t i = 0; i < count; ++i) {
         if (lit[i] != lastLit || shadow[i] != lastShadow) {
             lastLit = lit[i];
             lastShadow = shadow[i];
-            lastOut = composePixel(lastLit, lastShadow, gain, shadowColour, highlightColour);
+            lastOut = tabled ? byDifference[std::min(std::max(scaled[lastShadow] - scaled[lastLit], -255), 255) + 255]
+                             : composePixel(lastLit, lastShadow, gain, shadowColour, highlightColour);
         }
         out[i] = lastOut;
     }

@@ -406,6 +406,39 @@ void SwapVisible(unsigned char* pixels, size_t count)
     swapVisibleFrom(pixels, i, count);
 }
 
+// Each byte b = min(((255 - a) (b + 1) >> 8) + s, 255) with s the source word's channel and a
+// its alpha; products of up to 255 x 256 fit the 16-bit lanes. The even and odd bytes of each
+// lane are multiplied apart and joined again.
+size_t SrcOverWords(unsigned char* dst, const unsigned int* src, size_t count)
+{
+#if HWY_TARGET == HWY_SCALAR // one lane cannot be split into bytes
+    (void)dst, (void)src, (void)count;
+    return 0;
+#else
+    const hn::ScalableTag<uint32_t> d32;
+    const hn::Repartition<uint16_t, decltype(d32)> d16;
+    const hn::Repartition<uint8_t, decltype(d32)> d8;
+    const size_t lanes = hn::Lanes(d32);
+    const auto keep = hn::Set(d32, 0xFF00FF00u);
+    const auto low = hn::Set(d32, 0xFFu);
+    const auto low16 = hn::Set(d16, 0xFF), high16 = hn::Set(d16, 0xFF00), one16 = hn::Set(d16, 1);
+    const uint32_t* words = reinterpret_cast<const uint32_t*>(src);
+    size_t i = 0;
+    for (; i + lanes <= count; i += lanes) {
+        const auto w = hn::LoadU(d32, words + i);
+        // ARGB by bits to the destination's R, G, B, A bytes.
+        const auto s = hn::Or(hn::And(w, keep), hn::Or(hn::And(hn::ShiftRight<16>(w), low), hn::ShiftLeft<16>(hn::And(w, low))));
+        const auto k32 = hn::Sub(low, hn::ShiftRight<24>(w));
+        const auto k = hn::BitCast(d16, hn::Or(k32, hn::ShiftLeft<16>(k32)));
+        const auto b = hn::BitCast(d16, hn::LoadU(d8, dst + 4 * i));
+        const auto even = hn::ShiftRight<8>(hn::Mul(k, hn::Add(hn::And(b, low16), one16)));
+        const auto odd = hn::And(hn::Mul(k, hn::Add(hn::ShiftRight<8>(b), one16)), high16);
+        hn::StoreU(hn::SaturatedAdd(hn::BitCast(d8, hn::Or(even, odd)), hn::BitCast(d8, s)), d8, dst + 4 * i);
+    }
+    return i;
+#endif
+}
+
 } // namespace HWY_NAMESPACE
 } // namespace LmFontEffect
 HWY_AFTER_NAMESPACE();
@@ -415,6 +448,12 @@ HWY_AFTER_NAMESPACE();
 namespace LmFontEffect {
 
 #if defined(LM_HAVE_HWY)
+HWY_EXPORT(SrcOverWords);
+size_t LmRowOps::srcOverWords(unsigned char* dst, const unsigned int* src, size_t count)
+{
+    return HWY_DYNAMIC_DISPATCH(SrcOverWords)(dst, src, count);
+}
+
 HWY_EXPORT(ZeroBytes);
 HWY_EXPORT(AlphaRun);
 HWY_EXPORT(SwapVisible);
@@ -428,6 +467,8 @@ size_t LmRowOps::alphaRun(const unsigned char* pixels, size_t count, unsigned ch
 
 void LmRowOps::swapVisible(unsigned char* pixels, size_t count) { HWY_DYNAMIC_DISPATCH(SwapVisible)(pixels, count); }
 #else
+size_t LmRowOps::srcOverWords(unsigned char*, const unsigned int*, size_t) { return 0; }
+
 size_t LmRowOps::zeroBytes(const unsigned char* p, size_t count) { return zeroBytesFrom(p, 0, count); }
 
 size_t LmRowOps::alphaRun(const unsigned char* pixels, size_t count, unsigned char alpha)

@@ -41,6 +41,9 @@ public:
     static size_t zeroBytes(const unsigned char* p, size_t count);
     // Number of leading pixels whose alpha byte is `alpha`.
     static size_t alphaRun(const unsigned char* pixels, size_t count, unsigned char alpha);
+    // Premultiplied source-over of ARGB words onto R, G, B, A pixels, a whole vector of pixels at
+    // a time: returns how many leading pixels it did (the rest are the caller's).
+    static size_t srcOverWords(unsigned char* dst, const unsigned int* src, size_t count);
     // Each pixel with a non-zero alpha trades bytes 0 and 2; every other pixel becomes 0.
     static void swapVisible(unsigned char* pixels, size_t count);
 

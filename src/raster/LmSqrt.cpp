@@ -6,17 +6,6 @@
 
 namespace LmFontEffect {
 
-float fsqrt(float x)
-{
-    int32_t i;
-    std::memcpy(&i, &x, sizeof i);
-    int32_t bits = 0x5F3759DF - (i >> 1);
-    float y;
-    std::memcpy(&y, &bits, sizeof y);
-    y = y * (1.5f - 0.5f * x * y * y);
-    return x * y;
-}
-
 namespace {
 
 float gSqrtTable[LM_INT_SQRT_TABLE_SIZE];

@@ -123,3 +123,17 @@ TEST(ReliefSameBytes, ExactFillAndTransformMatchThePlainOnes)
         }
     }
 }
+
+// The composing tables against the pixel rule: every pair of sides, in an order that changes
+// pair at every pixel, for the gains in use and ones past the tables.
+TEST(ReliefSameBytes, ComposeAllMatchesThePixelRule)
+{
+    std::vector<unsigned char> lit(65536), shadow(65536);
+    for (int i = 0; i < 65536; ++i) lit[i] = (unsigned char)i, shadow[i] = (unsigned char)(i >> 8);
+    std::vector<unsigned> out(65536);
+    for (float gain : {1.0f, 1.83f, 2.03f, 0.3f, -1.5f, 64.0f, 100.0f}) {
+        LmRelief::composeAll(lit.data(), shadow.data(), out.data(), 65536, gain, 0x80102030u, 0xFFE0D0C0u);
+        for (int i = 0; i < 65536; ++i)
+            ASSERT_EQ(out[i], LmRelief::composePixel(lit[i], shadow[i], gain, 0x80102030u, 0xFFE0D0C0u)) << gain << " " << i;
+    }
+}

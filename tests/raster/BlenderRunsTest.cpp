@@ -41,3 +41,30 @@ TEST(LmBlenderRuns, SkippingClearCoverageKeepsEveryByte)
             expected.pixels[y * 160 + x] = std::max(expected.pixels[y * 160 + x], mask[(y - 2) * w + x + 3]);
     EXPECT_EQ(0, std::memcmp(expected.pixels, lines.pixels, 160 * 7));
 }
+
+// 32-bit blends over sparse sources (runs of zero words stepped over, vectors of words) against
+// the plain per-pixel formulas, with the source hanging over every edge of the destination.
+TEST(LmBlenderRuns, SkippingClearWordsKeepsEveryByte)
+{
+    std::mt19937 rng(11);
+    const int w = 40, h = 9, stride = 43;
+    std::vector<unsigned> src(stride * h);
+    for (unsigned& v : src) v = rng() % 3 ? 0 : rng() % 4 ? rng() : rng() % 2 ? rng() & 0xFFFFFFu : rng() | 0xFF000000u;
+    auto sat = [](unsigned v) { return (unsigned char)std::min(v, 255u); };
+    for (int x : {-45, -7, 0, 5, 30}) for (int y : {-10, -3, 0, 2, 8}) for (int over : {0, 1}) {
+        LmBitmap fast(36, 12, 4);
+        for (unsigned i = 0; i < 36 * 12 * 4; ++i) fast.pixels[i] = (unsigned char)(i % 12 < 4 ? 0 : rng());
+        LmBitmap plain(fast);
+        for (int Y = std::max(y, 0); Y < std::min(y + h, 12); ++Y)
+            for (int X = std::max(x, 0); X < std::min(x + w, 36); ++X) {
+                unsigned s = src[(Y - y) * stride + X - x], a = s >> 24, c[4] = {s >> 16 & 255, s >> 8 & 255, s & 255, a};
+                unsigned char* d = plain.pixels + (Y * 36 + X) * 4;
+                const unsigned da = d[3];
+                for (int i = 0; i < 4; ++i)
+                    if (!over) d[i] = a == 255 ? c[i] : sat((((255 - a) * (d[i] + 1)) >> 8) + c[i]);
+                    else if (da < 255 && a != 0) d[i] = da == 0 ? c[i] : sat(d[i] + (((255 - da) * (c[i] + 1)) >> 8));
+            }
+        LmBlender::drawBitmapBlend32(x, y, &fast, src.data(), w, h, stride, over ? LME_BLEND_DST_OVER : LME_BLEND_SRC_OVER);
+        EXPECT_EQ(0, std::memcmp(plain.pixels, fast.pixels, 36 * 12 * 4)) << over << " at " << x << ", " << y;
+    }
+}
