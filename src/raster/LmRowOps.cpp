@@ -1,4 +1,40 @@
 // Built once per instruction set by Highway's foreach_target when available.
+
+// The plain loops of the pixel-row scans serve the vectors' tails and builds without Highway;
+// defined once however often the file is included.
+#ifndef LMFONTEFFECT_ROW_SCANS_PLAIN
+#define LMFONTEFFECT_ROW_SCANS_PLAIN
+#include <cstddef>
+
+namespace LmFontEffect {
+namespace {
+
+size_t zeroBytesFrom(const unsigned char* p, size_t i, size_t count)
+{
+    while (i < count && p[i] == 0) ++i;
+    return i;
+}
+
+size_t alphaRunFrom(const unsigned char* pixels, size_t i, size_t count, unsigned char alpha)
+{
+    while (i < count && pixels[4 * i + 3] == alpha) ++i;
+    return i;
+}
+
+void swapVisibleFrom(unsigned char* pixels, size_t i, size_t count)
+{
+    for (unsigned char* p = pixels + 4 * i; p < pixels + 4 * count; p += 4) {
+        const unsigned char r = p[0];
+        p[0] = p[3] ? p[2] : 0;
+        p[1] = p[3] ? p[1] : 0;
+        p[2] = p[3] ? r : 0;
+    }
+}
+
+} // namespace
+} // namespace LmFontEffect
+#endif
+
 #if defined(LM_HAVE_HWY)
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "raster/LmRowOps.cpp"
@@ -184,182 +220,6 @@ void Spread(unsigned char* out, const unsigned char* above, const unsigned char*
     }
 }
 
-} // namespace HWY_NAMESPACE
-} // namespace LmFontEffect
-HWY_AFTER_NAMESPACE();
-#endif
-
-#if !defined(LM_HAVE_HWY) || HWY_ONCE
-#include "raster/LmRowOps.h"
-
-namespace LmFontEffect {
-
-#if defined(LM_HAVE_HWY)
-HWY_EXPORT(MaxOf);
-HWY_EXPORT(Raise);
-HWY_EXPORT(Widen);
-HWY_EXPORT(SumTaps);
-HWY_EXPORT(Spread);
-HWY_EXPORT(MaxDifference);
-HWY_EXPORT(SumSmallTaps);
-HWY_EXPORT(Quotients);
-
-void LmRowOps::quotients(unsigned char* out, const int* acc, size_t count, int sum, bool inverse)
-{
-    HWY_DYNAMIC_DISPATCH(Quotients)(out, acc, count, sum, inverse);
-}
-
-void LmRowOps::sumSmallTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t count, const int* weights,
-                            int R)
-{
-    HWY_DYNAMIC_DISPATCH(SumSmallTaps)(acc, c, step, count, weights, R);
-}
-
-void LmRowOps::maxOf(unsigned char* out, const unsigned char* a, const unsigned char* b, size_t count)
-{
-    HWY_DYNAMIC_DISPATCH(MaxOf)(out, a, b, count);
-}
-
-void LmRowOps::raise(unsigned char* out, const unsigned char* m, size_t count, unsigned char t)
-{
-    HWY_DYNAMIC_DISPATCH(Raise)(out, m, count, t);
-}
-
-void LmRowOps::widen(unsigned char* out, const unsigned char* in, size_t count, bool withCentre)
-{
-    HWY_DYNAMIC_DISPATCH(Widen)(out, in, count, withCentre);
-}
-
-void LmRowOps::sumTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t count, const int* weights, int R)
-{
-    HWY_DYNAMIC_DISPATCH(SumTaps)(acc, c, step, count, weights, R);
-}
-
-void LmRowOps::spread(unsigned char* out, const unsigned char* above, const unsigned char* row,
-                      const unsigned char* below, unsigned short* column, size_t count)
-{
-    HWY_DYNAMIC_DISPATCH(Spread)(out, above, row, below, column, count);
-}
-
-float LmRowOps::maxDifference(const float* values, ptrdiff_t valueStride, const float* subtrahends,
-                              ptrdiff_t subtrahendStride, size_t rows, size_t count, float start)
-{
-    return HWY_DYNAMIC_DISPATCH(MaxDifference)(values, valueStride, subtrahends, subtrahendStride, rows, count, start);
-}
-#else
-void LmRowOps::maxOf(unsigned char* out, const unsigned char* a, const unsigned char* b, size_t count)
-{
-    for (size_t i = 0; i < count; ++i) out[i] = a[i] > b[i] ? a[i] : b[i];
-}
-
-void LmRowOps::raise(unsigned char* out, const unsigned char* m, size_t count, unsigned char t)
-{
-    for (size_t i = 0; i < count; ++i) {
-        const unsigned char v = m[i] > t ? (unsigned char)(m[i] - t) : 0;
-        out[i] = out[i] > v ? out[i] : v;
-    }
-}
-
-void LmRowOps::widen(unsigned char* out, const unsigned char* in, size_t count, bool withCentre)
-{
-    for (size_t i = 0; i < count; ++i) {
-        const unsigned char* p = in + i; // p[-1] stays a signed offset
-        unsigned char v = p[-1] > p[1] ? p[-1] : p[1];
-        if (withCentre && p[0] > v) v = p[0];
-        out[i] = v;
-    }
-}
-
-void LmRowOps::sumTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t count, const int* weights, int R)
-{
-    for (size_t i = 0; i < count; ++i) acc[i] = c[i] * weights[0];
-    for (int t = 1; t <= R; ++t)
-        for (size_t i = 0; i < count; ++i) {
-            const unsigned char* p = c + i; // taps above are negative offsets
-            acc[i] += (p[t * step] + p[-t * step]) * weights[t];
-        }
-}
-
-void LmRowOps::sumSmallTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t count, const int* weights,
-                            int R)
-{
-    sumTaps(acc, c, step, count, weights, R);
-}
-
-void LmRowOps::quotients(unsigned char* out, const int* acc, size_t count, int sum, bool inverse)
-{
-    const int top = inverse ? 255 * sum : 0, sign = inverse ? -1 : 1;
-    for (size_t i = 0; i < count; ++i) out[i] = (unsigned char)((top + sign * acc[i]) / sum);
-}
-
-void LmRowOps::spread(unsigned char* out, const unsigned char* above, const unsigned char* row,
-                      const unsigned char* below, unsigned short* column, size_t count)
-{
-    for (size_t i = 0; i < count; ++i) column[i] = (unsigned short)(above[i] + row[i] + below[i]);
-    for (size_t i = 1; i + 1 < count; ++i) {
-        const int v = (column[i - 1] + column[i] + column[i + 1]) >> 2;
-        out[i] = (unsigned char)(v < 255 ? v : 255);
-    }
-}
-#endif
-
-#if !defined(LM_HAVE_HWY)
-float LmRowOps::maxDifference(const float* values, ptrdiff_t valueStride, const float* subtrahends,
-                              ptrdiff_t subtrahendStride, size_t rows, size_t count, float start)
-{
-    float m = start;
-    for (size_t y = 0; y < rows; ++y)
-        for (size_t i = 0; i < count; ++i) {
-            const float k = values[(ptrdiff_t)y * valueStride + i] - subtrahends[(ptrdiff_t)y * subtrahendStride + i];
-            if (k > m) m = k;
-        }
-    return m;
-}
-#endif
-
-} // namespace LmFontEffect
-#endif
-
-// Pixel-row scans of the text output passes, kept apart from the filter loops above. The plain
-// loops serve the vectors' tails and builds without Highway; defined once however often the
-// file is included.
-#ifndef LMFONTEFFECT_ROW_SCANS_PLAIN
-#define LMFONTEFFECT_ROW_SCANS_PLAIN
-namespace LmFontEffect {
-namespace {
-
-size_t zeroBytesFrom(const unsigned char* p, size_t i, size_t count)
-{
-    while (i < count && p[i] == 0) ++i;
-    return i;
-}
-
-size_t alphaRunFrom(const unsigned char* pixels, size_t i, size_t count, unsigned char alpha)
-{
-    while (i < count && pixels[4 * i + 3] == alpha) ++i;
-    return i;
-}
-
-void swapVisibleFrom(unsigned char* pixels, size_t i, size_t count)
-{
-    for (unsigned char* p = pixels + 4 * i; p < pixels + 4 * count; p += 4) {
-        const unsigned char r = p[0];
-        p[0] = p[3] ? p[2] : 0;
-        p[1] = p[3] ? p[1] : 0;
-        p[2] = p[3] ? r : 0;
-    }
-}
-
-} // namespace
-} // namespace LmFontEffect
-#endif
-
-#if defined(LM_HAVE_HWY)
-HWY_BEFORE_NAMESPACE();
-namespace LmFontEffect {
-namespace HWY_NAMESPACE {
-namespace hn = hwy::HWY_NAMESPACE;
-
 size_t ZeroBytes(const unsigned char* p, size_t count)
 {
     const hn::ScalableTag<uint8_t> d;
@@ -445,9 +305,63 @@ HWY_AFTER_NAMESPACE();
 #endif
 
 #if !defined(LM_HAVE_HWY) || HWY_ONCE
+#include "raster/LmRowOps.h"
+
 namespace LmFontEffect {
 
 #if defined(LM_HAVE_HWY)
+HWY_EXPORT(MaxOf);
+HWY_EXPORT(Raise);
+HWY_EXPORT(Widen);
+HWY_EXPORT(SumTaps);
+HWY_EXPORT(Spread);
+HWY_EXPORT(MaxDifference);
+HWY_EXPORT(SumSmallTaps);
+HWY_EXPORT(Quotients);
+
+void LmRowOps::quotients(unsigned char* out, const int* acc, size_t count, int sum, bool inverse)
+{
+    HWY_DYNAMIC_DISPATCH(Quotients)(out, acc, count, sum, inverse);
+}
+
+void LmRowOps::sumSmallTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t count, const int* weights,
+                            int R)
+{
+    HWY_DYNAMIC_DISPATCH(SumSmallTaps)(acc, c, step, count, weights, R);
+}
+
+void LmRowOps::maxOf(unsigned char* out, const unsigned char* a, const unsigned char* b, size_t count)
+{
+    HWY_DYNAMIC_DISPATCH(MaxOf)(out, a, b, count);
+}
+
+void LmRowOps::raise(unsigned char* out, const unsigned char* m, size_t count, unsigned char t)
+{
+    HWY_DYNAMIC_DISPATCH(Raise)(out, m, count, t);
+}
+
+void LmRowOps::widen(unsigned char* out, const unsigned char* in, size_t count, bool withCentre)
+{
+    HWY_DYNAMIC_DISPATCH(Widen)(out, in, count, withCentre);
+}
+
+void LmRowOps::sumTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t count, const int* weights, int R)
+{
+    HWY_DYNAMIC_DISPATCH(SumTaps)(acc, c, step, count, weights, R);
+}
+
+void LmRowOps::spread(unsigned char* out, const unsigned char* above, const unsigned char* row,
+                      const unsigned char* below, unsigned short* column, size_t count)
+{
+    HWY_DYNAMIC_DISPATCH(Spread)(out, above, row, below, column, count);
+}
+
+float LmRowOps::maxDifference(const float* values, ptrdiff_t valueStride, const float* subtrahends,
+                              ptrdiff_t subtrahendStride, size_t rows, size_t count, float start)
+{
+    return HWY_DYNAMIC_DISPATCH(MaxDifference)(values, valueStride, subtrahends, subtrahendStride, rows, count, start);
+}
+
 HWY_EXPORT(SrcOverWords);
 size_t LmRowOps::srcOverWords(unsigned char* dst, const unsigned int* src, size_t count)
 {
@@ -467,6 +381,73 @@ size_t LmRowOps::alphaRun(const unsigned char* pixels, size_t count, unsigned ch
 
 void LmRowOps::swapVisible(unsigned char* pixels, size_t count) { HWY_DYNAMIC_DISPATCH(SwapVisible)(pixels, count); }
 #else
+void LmRowOps::maxOf(unsigned char* out, const unsigned char* a, const unsigned char* b, size_t count)
+{
+    for (size_t i = 0; i < count; ++i) out[i] = a[i] > b[i] ? a[i] : b[i];
+}
+
+void LmRowOps::raise(unsigned char* out, const unsigned char* m, size_t count, unsigned char t)
+{
+    for (size_t i = 0; i < count; ++i) {
+        const unsigned char v = m[i] > t ? (unsigned char)(m[i] - t) : 0;
+        out[i] = out[i] > v ? out[i] : v;
+    }
+}
+
+void LmRowOps::widen(unsigned char* out, const unsigned char* in, size_t count, bool withCentre)
+{
+    for (size_t i = 0; i < count; ++i) {
+        const unsigned char* p = in + i; // p[-1] stays a signed offset
+        unsigned char v = p[-1] > p[1] ? p[-1] : p[1];
+        if (withCentre && p[0] > v) v = p[0];
+        out[i] = v;
+    }
+}
+
+void LmRowOps::sumTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t count, const int* weights, int R)
+{
+    for (size_t i = 0; i < count; ++i) acc[i] = c[i] * weights[0];
+    for (int t = 1; t <= R; ++t)
+        for (size_t i = 0; i < count; ++i) {
+            const unsigned char* p = c + i; // taps above are negative offsets
+            acc[i] += (p[t * step] + p[-t * step]) * weights[t];
+        }
+}
+
+void LmRowOps::sumSmallTaps(int* acc, const unsigned char* c, ptrdiff_t step, size_t count, const int* weights,
+                            int R)
+{
+    sumTaps(acc, c, step, count, weights, R);
+}
+
+void LmRowOps::quotients(unsigned char* out, const int* acc, size_t count, int sum, bool inverse)
+{
+    const int top = inverse ? 255 * sum : 0, sign = inverse ? -1 : 1;
+    for (size_t i = 0; i < count; ++i) out[i] = (unsigned char)((top + sign * acc[i]) / sum);
+}
+
+void LmRowOps::spread(unsigned char* out, const unsigned char* above, const unsigned char* row,
+                      const unsigned char* below, unsigned short* column, size_t count)
+{
+    for (size_t i = 0; i < count; ++i) column[i] = (unsigned short)(above[i] + row[i] + below[i]);
+    for (size_t i = 1; i + 1 < count; ++i) {
+        const int v = (column[i - 1] + column[i] + column[i + 1]) >> 2;
+        out[i] = (unsigned char)(v < 255 ? v : 255);
+    }
+}
+
+float LmRowOps::maxDifference(const float* values, ptrdiff_t valueStride, const float* subtrahends,
+                              ptrdiff_t subtrahendStride, size_t rows, size_t count, float start)
+{
+    float m = start;
+    for (size_t y = 0; y < rows; ++y)
+        for (size_t i = 0; i < count; ++i) {
+            const float k = values[(ptrdiff_t)y * valueStride + i] - subtrahends[(ptrdiff_t)y * subtrahendStride + i];
+            if (k > m) m = k;
+        }
+    return m;
+}
+
 size_t LmRowOps::srcOverWords(unsigned char*, const unsigned int*, size_t) { return 0; }
 
 size_t LmRowOps::zeroBytes(const unsigned char* p, size_t count) { return zeroBytesFrom(p, 0, count); }
