@@ -3,6 +3,8 @@
 
 #include "effect/LmProperty.h"
 
+#include <new>
+
 namespace LmFontEffect {
 
 // Shared shape of bevel and emboss: colour 0; depth in [0, 10]; soften in 0..16; angle the
@@ -16,6 +18,15 @@ public:
                        float opacity, float angle, float altitude, unsigned shadowColour, float shadowOpacity,
                        unsigned highlightColour, float highlightOpacity);
     int getSequentialCharLength() const override { return 30; }
+
+    // A new record of another lighting kind from all thirteen values of `from`, clamped again by
+    // that kind's constructor; null when out of memory.
+    template <class Record> static Record* copyAs(const LmLightingProperty& from)
+    {
+        return new (std::nothrow) Record(from.style, from.size, from.depth, from.direction, from.technique,
+                                         from.soften, from.opacity, from.angle, from.altitude, from.shadowColour,
+                                         from.shadowOpacity, from.highlightColour, from.highlightOpacity);
+    }
     int toSequentialChar(char** cursor) const override;
 
     int style;

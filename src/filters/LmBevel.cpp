@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <climits>
 #include <cmath>
-#include <new>
 
 namespace LmFontEffect {
 
@@ -25,10 +24,7 @@ void LmBevel::setProperty(LmProperty* p)
 {
     const LmLightingProperty* s = dynamic_cast<const LmLightingProperty*>(p);
     if (!s) return;
-    replaceRecord(property, new (std::nothrow) LmBevelProperty(
-                                s->style, s->size, s->depth, s->direction, s->technique, s->soften, s->opacity,
-                                s->angle, s->altitude, s->shadowColour, s->shadowOpacity, s->highlightColour,
-                                s->highlightOpacity));
+    replaceRecord(property, LmLightingProperty::copyAs<LmBevelProperty>(*s));
 }
 
 LmProperty* LmBevel::getProperty() { return property; }

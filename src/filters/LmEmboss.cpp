@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <climits>
 #include <cmath>
-#include <new>
 
 namespace LmFontEffect {
 
@@ -52,10 +51,7 @@ void LmEmboss::setProperty(LmProperty* p)
 {
     const LmLightingProperty* s = dynamic_cast<const LmLightingProperty*>(p);
     if (!s) return;
-    replaceRecord(property, new (std::nothrow) LmEmbossProperty(
-                                s->style, s->size, s->depth, s->direction, s->technique, s->soften, s->opacity,
-                                s->angle, s->altitude, s->shadowColour, s->shadowOpacity, s->highlightColour,
-                                s->highlightOpacity));
+    replaceRecord(property, LmLightingProperty::copyAs<LmEmbossProperty>(*s));
 }
 
 LmProperty* LmEmboss::getProperty() { return property; }
