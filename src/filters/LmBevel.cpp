@@ -65,14 +65,16 @@ int LmBevel::doPostProcessing(ParamPostProcessing* pp)
     if (R <= 0) return 0;
 
     LmRelief::Pass pass;
+    const bool exact = smooth && R >= 11;
     if (!LmRelief::canvasFor(box, std::max(2 * (int64_t)p.soften, 2 * b) + R, &pass.canvas)) return 0;
+    if (!exact && !LmRelief::searchAffordable(pass.canvas, R)) return 0;
     if (!pass.allocate(1)) return 0;
     const LmRelief::Canvas& c = pass.canvas;
     const int reach = (int)R;
 
     // The height is the distance to the nearest glyph pixel (to the nearest uncovered one for
     // the inside bevel), capped at the bevel width.
-    if (smooth && R >= 11) {
+    if (exact) {
         LmRelief::exactFill(pass.map.get(), c, box, inside ? 1e20f : 0.0f, inside ? 0.0f : 1e20f);
         if (!LmRelief::dt2D(pass.map.get(), c.width, c.height, (float)(R * R))) return 0;
         LmRelief::capDistances(pass.map.get(), pass.size(), reach);

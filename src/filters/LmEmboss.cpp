@@ -98,12 +98,13 @@ int LmEmboss::doPostProcessing(ParamPostProcessing* pp)
     if (R <= 0) return 0;
 
     LmRelief::Pass pass;
+    const bool exact = smooth && s >= 26;
     if (!LmRelief::canvasFor(box, R + std::max(2 * b, 2 * (int64_t)p.soften), &pass.canvas)) return 0;
+    if (!exact && !LmRelief::searchAffordable(pass.canvas, std::max(R, inner))) return 0;
     if (!pass.allocate(pillow ? 2 : 1)) return 0;
     const LmRelief::Canvas& c = pass.canvas;
     const int reach = (int)R, innerReach = (int)inner;
 
-    const bool exact = smooth && s >= 26;
     if (exact) {
         if (!foldSigned(pass, box, reach, innerReach)) return 0;
     } else {

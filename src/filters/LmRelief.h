@@ -114,6 +114,9 @@ public:
     static Light light(const LmLightingProperty& p, float depthFloor);
     // False when the grown box passes kMaxCanvasPixels or the margin is negative.
     static bool canvasFor(const LmMaskBox& box, int64_t margin, Canvas* canvas);
+    // False (with the warning and error of the work bound) when the windowed searches over the
+    // canvas would pass the bound. Large raw sizes on small text would otherwise run for minutes.
+    static bool searchAffordable(const Canvas& canvas, int64_t reach);
 
     // weights[0..r] and their total, all in single precision.
     static void blurWeights(int* weights, int* total, int r);

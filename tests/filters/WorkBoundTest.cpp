@@ -3,7 +3,9 @@
 #include "filters/MaskFixtures.h"
 
 #include "effect/LmBevelProperty.h"
+#include "effect/LmEmbossProperty.h"
 #include "filters/LmBevel.h"
+#include "filters/LmEmboss.h"
 #include "foundation/Error.h"
 #include "support/TestSupport.h"
 
@@ -32,4 +34,24 @@ TEST(WorkBound, LargestRecordsOnALargeBoxAreRefused)
     Error::SetError(0);
     EXPECT_TRUE(small.run(*strokeOf(1000, OUTSIDE)) == 1 && Error::GetError() == 0);
     small.expectAlphas({{0, 0, 255}, {7, 7, 255}});
+}
+
+// The windowed searches of an outside chiselled bevel or emboss cost about their reach per pixel
+// of a canvas that grows with it: raw sizes of a few hundred on small text are refused too.
+TEST(WorkBound, WideReliefSearchesAreRefusedEvenOnSmallText)
+{
+    LmBevelProperty bevel(2, 514.0f, 3, 1, 1, 16, 1, 120, 30, 0xFF000080, 1, 0xFFFFFFFF, 1);
+    LmEmbossProperty emboss(2, 1000.0f, 3, 1, 1, 0, 1, 120, 30, 0xFF000080, 1, 0xFFFFFFFF, 1);
+    LmBevel b;
+    LmEmboss e;
+    b.setProperty(&bevel);
+    e.setProperty(&emboss);
+    for (LmECore* layer : {static_cast<LmECore*>(&b), static_cast<LmECore*>(&e)}) {
+        FilterRun run(rect(40, 20, 5, 5, 35, 15), 64, 64);
+        LogCapture log;
+        Error::SetError(0);
+        EXPECT_TRUE(run.run(*layer) == 0 && Error::GetError() == 3 && run.untouched());
+        ASSERT_EQ(log.lines().size(), 1u);
+        EXPECT_NE(log.lines()[0].message.find("bevel or emboss search refused"), std::string::npos);
+    }
 }
