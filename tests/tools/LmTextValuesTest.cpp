@@ -74,6 +74,10 @@ TEST(LmTextValues, ValuesTheLibraryChangesAreNoted)
          {"--linear-gradient: scale=3 is outside 0..2; clamped to 2",
           "--pattern: scale=12 is outside 0..10; clamped to 10"},
          ""},
+        {{"--stroke", "size=250,opacity=3", "--outer-shadow", "angle=-30,distance=4.7"},
+         {"--stroke: size=250 is outside 0..100; clamped to 100", "--stroke: opacity=3 is outside 0..1; clamped to 1",
+          "--outer-shadow: angle=-30 wraps to 330", "--outer-shadow: distance=4.7 is truncated to 4"},
+         ""},
         // Scenes take stops as lists.
         {{kDir + "stops.json"}, {"effects[0] (linear-gradient): stops[2] position=2 is outside 0..1; clamped to 1"}, ""},
     };
@@ -84,6 +88,20 @@ TEST(LmTextValues, ValuesTheLibraryChangesAreNoted)
             EXPECT_EQ(r.err.find(c.absent), std::string::npos) << r.err;
         }
     }
+}
+
+// Passing the clamped values gives the same stack: same key, same pixels, and no notes.
+TEST(LmTextValues, ClampedValuesRenderAsTheLibraryClampsThem)
+{
+    ToolRun clamped = keyOf({"--stroke", "size=250,opacity=3", "--outer-shadow", "angle=-30,distance=4.7", "-o",
+                             kDir + "clamped.png"});
+    ToolRun plain = keyOf({"--stroke", "size=100,opacity=1", "--outer-shadow", "angle=330,distance=4", "-o",
+                           kDir + "plain.png"});
+    EXPECT_EQ(plain.exitCode, 0) << plain.err;
+    EXPECT_EQ(plain.err.find("lmtext:"), std::string::npos) << plain.err;
+    ASSERT_FALSE(plain.out.empty());
+    EXPECT_EQ(clamped.out.substr(0, clamped.out.find('\n')), plain.out.substr(0, plain.out.find('\n')));
+    EXPECT_TRUE(readPng(kDir + "clamped.png").rgba == readPng(kDir + "plain.png").rgba);
 }
 
 TEST(LmTextValues, PaddingGravityAndEscapes)
