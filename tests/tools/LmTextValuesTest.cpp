@@ -5,8 +5,7 @@
 #include <gtest/gtest.h>
 
 using LmTest::kToolFont;
-using LmTest::Png;
-using LmTest::readPng;
+using Png = LmTextTool::RgbaImage;
 using LmTest::runTool;
 using LmTest::ToolRun;
 
@@ -40,9 +39,9 @@ TEST(LmTextValues, TextAlphaIsTheOverallAlpha)
     ToolRun r = runTool({"render", "-t", "Hi", "-f", kToolFont, "-c", "#80000000", "--stroke", "size=2,color=#FF0000",
                          "-o", kDir + "half.png"});
     ASSERT_EQ(r.exitCode, 0) << r.err;
-    Png png = readPng(kDir + "half.png");
+    Png png = Png::readPng(kDir + "half.png");
     unsigned maxAlpha = 0;
-    for (size_t i = 3; i < png.rgba.size(); i += 4) maxAlpha = std::max<unsigned>(maxAlpha, png.rgba[i]);
+    for (size_t i = 3; i < png.bytes().size(); i += 4) maxAlpha = std::max<unsigned>(maxAlpha, png.bytes()[i]);
     EXPECT_GE(maxAlpha, 120u);
     EXPECT_LE(maxAlpha, 129u);
 }
@@ -101,7 +100,7 @@ TEST(LmTextValues, ClampedValuesRenderAsTheLibraryClampsThem)
     EXPECT_EQ(plain.err.find("lmtext:"), std::string::npos) << plain.err;
     ASSERT_FALSE(plain.out.empty());
     EXPECT_EQ(clamped.out.substr(0, clamped.out.find('\n')), plain.out.substr(0, plain.out.find('\n')));
-    EXPECT_TRUE(readPng(kDir + "clamped.png").rgba == readPng(kDir + "plain.png").rgba);
+    EXPECT_TRUE(Png::readPng(kDir + "clamped.png").bytes() == Png::readPng(kDir + "plain.png").bytes());
 }
 
 TEST(LmTextValues, PaddingGravityAndEscapes)
@@ -109,7 +108,7 @@ TEST(LmTextValues, PaddingGravityAndEscapes)
     auto size = [](std::vector<std::string> extra, const std::string& name) {
         extra.insert(extra.begin(), {"-t", "Hi"}); // a later -t wins
         const Png png = LmTest::renderTo(kDir + name, extra);
-        return std::make_pair(png.width, png.height);
+        return std::make_pair(png.width(), png.height());
     };
     auto bare = size({}, "bare.png");
     auto two = size({"-p", "5,10"}, "pad2.png");
