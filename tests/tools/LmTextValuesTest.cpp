@@ -48,7 +48,6 @@ TEST(LmTextValues, TextAlphaIsTheOverallAlpha)
 
 TEST(LmTextValues, ValuesTheLibraryChangesAreNoted)
 {
-    // Notes come before the render, so they appear whether or not this build has the kind.
     LmTest::writeText(kDir + "stops.json", R"({"text": "Hi", "effects": [
         {"type": "linear-gradient", "angle": 45,
          "stops": [{"color": "#FF0000", "position": 0}, {"color": "#0000FF", "position": 2, "opacity": 0.5}]}]})");
