@@ -9,29 +9,14 @@
 #include "effect/LmText.h"
 #include "effect/LmTextProperty.h"
 #include "raster/LmBitmap.h"
-#include "support/TestSupport.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdio>
-#include <cstring>
 #include <memory>
-#include <string>
 #include <vector>
 
 using namespace LmFontEffect;
-
-namespace {
-
-std::vector<int> kinds(const std::vector<LmECore*>& layers)
-{
-    std::vector<int> out;
-    for (LmECore* l : layers) out.push_back(l->getStyle());
-    return out;
-}
-
-} // namespace
 
 TEST(LmEffect, AddingAKindTwiceReplacesItsParametersInPlace)
 {
@@ -89,6 +74,7 @@ TEST(LmEffect, IdsCountUpAndAreNotReusedUntilRelease)
     EXPECT_EQ(3, e.addStrokeText(1, 0, 1, 0, 1));
     e.releaseEffect();
     EXPECT_TRUE(e.getLayers().empty());
+    EXPECT_STREQ("", std::unique_ptr<char[]>(e.getMapKey()).get());
     EXPECT_EQ(0, e.addText(0xFF000000u));
 
     // Copies keep the ids and parameters of the original.
@@ -135,111 +121,13 @@ TEST(LmEffect, AddOperationsClampTheirArguments)
     }
 }
 
-TEST(LmEffect, OffsetsAreTheMaximumOverLayersPerSide)
+TEST(LmEffect, ATranslucentTextAloneIsAnEffect)
 {
-    LmEffect e;
-    e.addStrokeText(5, 0, 1, 0, 1);        // 5 on every side
-    e.addInnerShadowText(0, 0, 9, 0, 1);   // nothing outside the text
-    e.addOuterShadowText(0, 20, 2, 0, 1);  // 20 px to the left: left 22, top and bottom 2
-    EXPECT_EQ((std::vector<int>{22, 5, 5, 5}),
-              (std::vector<int>{e.getLeftOffset(), e.getRightOffset(), e.getTopOffset(), e.getBottomOffset()}));
-}
-
-TEST(LmEffect, DrawOrderInOneAndTwoPassModes)
-{
-    // One pass: over the text latest first, the text, then under the text latest first.
-    LmEffect one;
-    one.addOuterShadowText(0, 0, 2, 0xFF000000u, 1);
-    one.addInnerShadowText(0, 0, 2, 0xFF000000u, 1);
-    one.addText(0xFF000000u);
-    one.addStrokeText(2, 0xFF000000u, 1, 0, 1); // outside: under the text
-    // A centre stroke straddles the text, so two passes: reversed, with the text moved to the end.
-    LmEffect two;
-    two.addText(0xFF000000u);
-    two.addOuterShadowText(0, 0, 2, 0xFF000000u, 1);
-    two.addStrokeText(2, 0xFF000000u, 1, 0, 0);
-    two.addInnerShadowText(0, 0, 2, 0xFF000000u, 1);
-    const struct { LmEffect* e; int mode; std::vector<int> order; unsigned underBytes; } cases[] = {
-        {&one, 0, {2, 12, 10, 1}, 0}, {&two, 1, {2, 10, 1, 12}, 4}};
-    for (const auto& c : cases) {
-        c.e->initEffect(8, 8);
-        EXPECT_EQ(c.mode, c.e->getCompositeMode());
-        EXPECT_EQ(c.order, kinds(c.e->getRenderOrder()));
-        EXPECT_EQ(c.underBytes, c.e->getUnderBitmap() ? c.e->getUnderBitmap()->bytesPerPixel : 0u);
-    }
-    ASSERT_NE(nullptr, one.getSrcBitmap());
-    EXPECT_EQ(1u, one.getSrcBitmap()->bytesPerPixel);
-
-    // A translucent text alone is enough for two passes.
     LmEffect t;
     t.setTextOpacity(0.5f);
     EXPECT_TRUE(t.hasEffects());
-    t.initEffect(4, 4);
-    EXPECT_EQ(1, t.getCompositeMode());
-    t.setTextOpacity(NAN);
-    EXPECT_EQ(0.0f, t.getTextOpacity());
     t.clearTextOpacity();
     EXPECT_FALSE(t.hasEffects());
-}
-
-TEST(LmEffect, PassWithoutGlyphsPostProcessesNothing)
-{
-    LmEffect e;
-    e.addText(0xFF000000u);
-    LmBitmap out(6, 6, 4);
-    LmTest::LogCapture log;
-    e.initEffect(6, 6);
-    e.setDstBitmap(&out);
-    e.renderEffectLayer(0, 0, nullptr);
-    e.doEffectPostProcessing();
-    char self[32];
-    snprintf(self, sizeof self, "%p", (void*)&e);
-    EXPECT_TRUE(log.contains("LmEffect", "DoEffectPostProcessing(" + std::string(self) + ") - end"));
-    LmRect* r = e.getTextRect();
-    EXPECT_FALSE(r->right > r->left && r->bottom > r->top);
-    e.compositeLayers(&out);
-    for (unsigned i = 0; i < 6 * 6 * 4; ++i) ASSERT_EQ(0, out.pixels[i]);
-}
-
-TEST(LmEffect, UnpremultiplyWithOverallAlpha)
-{
-    // With a text colour of alpha 0x80 the overall alpha halves, and tiny alphas clear the colour.
-    LmEffect half;
-    half.addText(0x80FFFFFFu);
-    EXPECT_EQ(0x80, half.getTextAlpha());
-    const unsigned char in2[8] = {200, 100, 0, 255, 1, 1, 1, 0};
-    LmBitmap out2(2, 1, 4);
-    std::memcpy(out2.pixels, in2, 8);
-    half.initEffect(2, 1);
-    half.compositeLayers(&out2);
-    EXPECT_EQ(128, out2.pixels[3]);
-    EXPECT_EQ(200, out2.pixels[0]);
-    EXPECT_EQ(0, out2.pixels[4 + 3]);
-    EXPECT_EQ(0, out2.pixels[4]);
-}
-
-TEST(LmEffect, KeyFollowsInsertionOrderAndIncludesTheText)
-{
-    LmEffect e;
-    e.addStrokeText(3, 0xFF000000u, 1, 0, 1);
-    e.addOuterShadowText(90, 4, 2, 0xFF000000u, 1);
-    std::unique_ptr<char[]> key(e.getMapKey(0xFF112233u));
-    std::string k(key.get());
-    EXPECT_EQ(0u, k.find('K'));
-    EXPECT_LT(k.find('S'), k.find('T'));
-
-    // Same configuration, same key; a changed parameter, another key.
-    LmEffect same;
-    same.addStrokeText(3, 0xFF000000u, 1, 0, 1);
-    same.addOuterShadowText(90, 4, 2, 0xFF000000u, 1);
-    std::unique_ptr<char[]> k2(same.getMapKey(0xFF112233u));
-    EXPECT_STREQ(key.get(), k2.get());
-    same.addStrokeText(4, 0xFF000000u, 1, 0, 1);
-    std::unique_ptr<char[]> k3(same.getMapKey(0xFF112233u));
-    EXPECT_STRNE(key.get(), k3.get());
-
-    std::unique_ptr<char[]> empty(LmEffect().getMapKey());
-    EXPECT_STREQ("", empty.get());
 }
 
 TEST(LmTextLayer, TakesColourAndOpacityFromAnyRecord)
@@ -274,6 +162,7 @@ TEST(LmEffect, AbsurdSizesAndMissingPixelsDrawNothing)
     LmGlyph empty;
     empty.width = 3;
     empty.height = 3;
+    e.renderEffectLayer(0, 0, nullptr);
     e.renderEffectLayer(0, 0, &empty);
     e.doEffectPostProcessing();
     e.compositeLayers(&out);

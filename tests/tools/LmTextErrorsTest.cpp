@@ -78,6 +78,7 @@ TEST(LmTextErrors, BadInputGivesItsExitCodeAndNamesTheArgument)
         {{"render", kDir + "huge-number.json", "-o", out}, false, 2, kDir + "huge-number.json", "key \"size\""},
         // An image header is checked against the cap before its pixels are allocated.
         {{"--pattern", "image=" + kDir + "huge.png"}, true, 1, kDir + "huge.png", "over the limit"},
+        {{"--pattern", "image=" + kDir + "none.png"}, true, 1, "cannot read image '" + kDir + "none.png'", ""},
         {{"render", "-t", "Hi", "-f", kToolFont, "-o", kDir + "no-such-dir/out.png"}, false, 1,
          kDir + "no-such-dir/out.png", ""},
     };
@@ -90,40 +91,6 @@ TEST(LmTextErrors, BadInputGivesItsExitCodeAndNamesTheArgument)
         EXPECT_NE(r.err.find(c.named), std::string::npos) << what << ": " << r.err;
         EXPECT_NE(r.err.find(c.valid), std::string::npos) << what << ": " << r.err;
     }
-}
-
-TEST(LmTextErrors, ClampedValuesAreReportedAndRenderAsTheLibraryClampsThem)
-{
-    ToolRun clamped = runTool({"render", "-t", "Hi", "-f", kToolFont, "--key", "--stroke",
-                               "size=250,opacity=3", "--outer-shadow", "angle=-30,distance=4.7", "-o",
-                               kDir + "clamped.png"});
-    EXPECT_EQ(clamped.exitCode, 0) << clamped.err;
-    for (const char* note : {"--stroke: size=250 is outside 0..100; clamped to 100",
-                             "--stroke: opacity=3 is outside 0..1; clamped to 1", "--outer-shadow: angle=-30 wraps to 330",
-                             "--outer-shadow: distance=4.7 is truncated to 4"})
-        EXPECT_NE(clamped.err.find(note), std::string::npos) << clamped.err;
-
-    // Passing the clamped values gives the same stack: same key, same pixels, and no notes.
-    ToolRun plain = runTool({"render", "-t", "Hi", "-f", kToolFont, "--key", "--stroke", "size=100,opacity=1",
-                             "--outer-shadow", "angle=330,distance=4", "-o", kDir + "plain.png"});
-    EXPECT_EQ(plain.exitCode, 0) << plain.err;
-    EXPECT_EQ(plain.err.find("lmtext:"), std::string::npos) << plain.err;
-    ASSERT_FALSE(plain.out.empty());
-    EXPECT_EQ(clamped.out.substr(0, clamped.out.find('\n')), plain.out.substr(0, plain.out.find('\n')));
-    EXPECT_TRUE(LmTest::readPng(kDir + "clamped.png").rgba == LmTest::readPng(kDir + "plain.png").rgba);
-}
-
-TEST(LmTextErrors, EveryKindTakesItsDefaultsAndAMissingPatternImageIsNamed)
-{
-    // Every kind is in the library, so none is refused as not built.
-    for (const char* kind : {"outer-glow", "inner-glow", "linear-gradient", "radial-gradient", "pattern", "bevel", "emboss"}) {
-        ToolRun r = runTool({"render", "-t", "Hi", "-f", kToolFont, "-o", kDir + "x.png", "--" + std::string(kind), "defaults"});
-        EXPECT_EQ(r.exitCode, 0) << kind << ": " << r.err;
-    }
-    ToolRun r = runTool({"render", "-t", "Hi", "-f", kToolFont, "--pattern", "image=" + kDir + "none.png", "-o",
-                         kDir + "x.png"});
-    EXPECT_EQ(r.exitCode, 1);
-    EXPECT_NE(r.err.find("cannot read image '" + kDir + "none.png'"), std::string::npos) << r.err;
 }
 
 TEST(LmTextErrors, HelpDocumentsEveryEffectParameterWithItsRange)

@@ -8,8 +8,7 @@
 
 using LmTest::inkBox;
 using LmTest::kToolFont;
-using LmTest::Png;
-using LmTest::readPng;
+using Png = LmTextTool::RgbaImage;
 using LmTest::runTool;
 using LmTest::ToolRun;
 
@@ -37,16 +36,16 @@ TEST(LmTextRender, SceneFileAndCommandLineDescribeTheSameRender)
     ASSERT_EQ(fromScene.exitCode, 0) << fromScene.err;
     ASSERT_EQ(fromOptions.exitCode, 0) << fromOptions.err;
     EXPECT_EQ(fromScene.out.substr(0, fromScene.out.find('\n')), fromOptions.out.substr(0, fromOptions.out.find('\n')));
-    Png a = readPng(kDir + "scene.png"), b = readPng(kDir + "options.png");
-    EXPECT_EQ(a.width, b.width);
-    EXPECT_EQ(a.height, b.height);
-    EXPECT_TRUE(a.rgba == b.rgba);
+    Png a = Png::readPng(kDir + "scene.png"), b = Png::readPng(kDir + "options.png");
+    EXPECT_EQ(a.width(), b.width());
+    EXPECT_EQ(a.height(), b.height());
+    EXPECT_TRUE(a.bytes() == b.bytes());
 
     // Options given with a scene override its values; effects typed add to the scene's.
     ToolRun narrow = runTool({"render", kDir + "same.json", "-t", "I", "--outer-shadow", "defaults", "--key", "-o",
                               kDir + "narrow.png"});
     ASSERT_EQ(narrow.exitCode, 0) << narrow.err;
-    EXPECT_LT(readPng(kDir + "narrow.png").width, a.width);
+    EXPECT_LT(Png::readPng(kDir + "narrow.png").width(), a.width());
     EXPECT_EQ(narrow.out.rfind("4b", 0), 0u) << "the stroke stays first in the stack: " << narrow.out;
     EXPECT_NE(narrow.out.find("53"), std::string::npos) << "the shadow record 'S' is in the key: " << narrow.out;
 }
@@ -73,9 +72,9 @@ TEST(LmTextRender, MaxLinesAndTopLeftGravity)
     // Colours, effect margins, fixed views, wrapping, line spacing and the centred and
     // bottom-right gravities are in the scenes' golden images.
     Png limited = render("limited.png", {"-t", "Ag\\nAg\\nAg", "--max-lines", "1"});
-    EXPECT_LT(inkBox(limited)[3], limited.height / 3 + 2);  // though the view fits all three
+    EXPECT_LT(inkBox(limited)[3], limited.height() / 3 + 2);  // though the view fits all three
     const Png view = render("tl.png", {"-t", "Ag", "-W", "300", "-H", "150", "-g", "left|top"});
-    EXPECT_EQ(std::make_pair(300u, 150u), std::make_pair(view.width, view.height));
+    EXPECT_EQ(std::make_pair(300u, 150u), std::make_pair(view.width(), view.height()));
     const std::vector<unsigned> tl = inkBox(view);
     EXPECT_LT(tl[0], 10u);
     EXPECT_LT(tl[1], 20u);
@@ -84,7 +83,7 @@ TEST(LmTextRender, MaxLinesAndTopLeftGravity)
 TEST(LmTextRender, BackgroundFillsTheWholeImage)
 {
     Png png = render("bg.png", {"-t", "Hi", "--background", "#FF102030", "-p", "10"});
-    EXPECT_EQ(std::vector<unsigned char>(png.at(0, 0), png.at(1, 0)), (std::vector<unsigned char>{0x10, 0x20, 0x30, 0xFF}));
+    EXPECT_EQ(0xFF102030u, png.argbAt(0, 0));
 }
 
 TEST(LmTextRender, ShowcaseShowsEveryKindInOneImage)
@@ -92,9 +91,9 @@ TEST(LmTextRender, ShowcaseShowsEveryKindInOneImage)
     ToolRun r = runTool({"showcase", "-o", kDir + "showcase.png"});
     ASSERT_EQ(r.exitCode, 0) << r.err;
     EXPECT_NE(r.out.find("wrote " + kDir + "showcase.png ("), std::string::npos) << r.out;
-    Png png = readPng(kDir + "showcase.png");
-    EXPECT_GT(png.width, 400u);
-    EXPECT_GT(png.height, 300u);
+    Png png = Png::readPng(kDir + "showcase.png");
+    EXPECT_GT(png.width(), 400u);
+    EXPECT_GT(png.height(), 300u);
     EXPECT_EQ(r.err, ""); // every kind is in the library: none is left out
 }
 
@@ -104,8 +103,8 @@ TEST(LmTextRender, ScenesMatchTheirGoldenImages)
         const std::string out = kDir + name + std::string(".png");
         ToolRun r = runTool({"render", sceneFile(name + std::string(".json")), "-o", out});
         ASSERT_EQ(r.exitCode, 0) << r.err;
-        Png png = readPng(out);
-        EXPECT_TRUE(LmTest::GoldenImage::matches(std::string("tools/") + name, png.width, png.height, png.rgba.data()));
+        Png png = Png::readPng(out);
+        EXPECT_TRUE(LmTest::GoldenImage::matches(std::string("tools/") + name, png.width(), png.height(), png.bytes().data()));
     }
 }
 

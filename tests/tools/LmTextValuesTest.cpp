@@ -5,8 +5,7 @@
 #include <gtest/gtest.h>
 
 using LmTest::kToolFont;
-using LmTest::Png;
-using LmTest::readPng;
+using Png = LmTextTool::RgbaImage;
 using LmTest::runTool;
 using LmTest::ToolRun;
 
@@ -40,16 +39,15 @@ TEST(LmTextValues, TextAlphaIsTheOverallAlpha)
     ToolRun r = runTool({"render", "-t", "Hi", "-f", kToolFont, "-c", "#80000000", "--stroke", "size=2,color=#FF0000",
                          "-o", kDir + "half.png"});
     ASSERT_EQ(r.exitCode, 0) << r.err;
-    Png png = readPng(kDir + "half.png");
+    Png png = Png::readPng(kDir + "half.png");
     unsigned maxAlpha = 0;
-    for (size_t i = 3; i < png.rgba.size(); i += 4) maxAlpha = std::max<unsigned>(maxAlpha, png.rgba[i]);
+    for (size_t i = 3; i < png.bytes().size(); i += 4) maxAlpha = std::max<unsigned>(maxAlpha, png.bytes()[i]);
     EXPECT_GE(maxAlpha, 120u);
     EXPECT_LE(maxAlpha, 129u);
 }
 
 TEST(LmTextValues, ValuesTheLibraryChangesAreNoted)
 {
-    // Notes come before the render, so they appear whether or not this build has the kind.
     LmTest::writeText(kDir + "stops.json", R"({"text": "Hi", "effects": [
         {"type": "linear-gradient", "angle": 45,
          "stops": [{"color": "#FF0000", "position": 0}, {"color": "#0000FF", "position": 2, "opacity": 0.5}]}]})");
@@ -74,6 +72,10 @@ TEST(LmTextValues, ValuesTheLibraryChangesAreNoted)
          {"--linear-gradient: scale=3 is outside 0..2; clamped to 2",
           "--pattern: scale=12 is outside 0..10; clamped to 10"},
          ""},
+        {{"--stroke", "size=250,opacity=3", "--outer-shadow", "angle=-30,distance=4.7"},
+         {"--stroke: size=250 is outside 0..100; clamped to 100", "--stroke: opacity=3 is outside 0..1; clamped to 1",
+          "--outer-shadow: angle=-30 wraps to 330", "--outer-shadow: distance=4.7 is truncated to 4"},
+         ""},
         // Scenes take stops as lists.
         {{kDir + "stops.json"}, {"effects[0] (linear-gradient): stops[2] position=2 is outside 0..1; clamped to 1"}, ""},
     };
@@ -86,12 +88,26 @@ TEST(LmTextValues, ValuesTheLibraryChangesAreNoted)
     }
 }
 
+// Passing the clamped values gives the same stack: same key, same pixels, and no notes.
+TEST(LmTextValues, ClampedValuesRenderAsTheLibraryClampsThem)
+{
+    ToolRun clamped = keyOf({"--stroke", "size=250,opacity=3", "--outer-shadow", "angle=-30,distance=4.7", "-o",
+                             kDir + "clamped.png"});
+    ToolRun plain = keyOf({"--stroke", "size=100,opacity=1", "--outer-shadow", "angle=330,distance=4", "-o",
+                           kDir + "plain.png"});
+    EXPECT_EQ(plain.exitCode, 0) << plain.err;
+    EXPECT_EQ(plain.err.find("lmtext:"), std::string::npos) << plain.err;
+    ASSERT_FALSE(plain.out.empty());
+    EXPECT_EQ(clamped.out.substr(0, clamped.out.find('\n')), plain.out.substr(0, plain.out.find('\n')));
+    EXPECT_TRUE(Png::readPng(kDir + "clamped.png").bytes() == Png::readPng(kDir + "plain.png").bytes());
+}
+
 TEST(LmTextValues, PaddingGravityAndEscapes)
 {
     auto size = [](std::vector<std::string> extra, const std::string& name) {
         extra.insert(extra.begin(), {"-t", "Hi"}); // a later -t wins
         const Png png = LmTest::renderTo(kDir + name, extra);
-        return std::make_pair(png.width, png.height);
+        return std::make_pair(png.width(), png.height());
     };
     auto bare = size({}, "bare.png");
     auto two = size({"-p", "5,10"}, "pad2.png");

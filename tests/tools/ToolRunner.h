@@ -1,6 +1,7 @@
 #ifndef LMFONTEFFECT_TESTS_TOOLS_TOOLRUNNER_H
 #define LMFONTEFFECT_TESTS_TOOLS_TOOLRUNNER_H
 
+#include "RgbaImage.h"
 #include "support/GoldenImage.h"
 #include "support/TestSupport.h"
 
@@ -72,39 +73,24 @@ inline ToolRun runTool(const std::vector<std::string>& args)
     return run;
 }
 
-struct Png {
-    unsigned width = 0;
-    unsigned height = 0;
-    std::vector<unsigned char> rgba;
-
-    const unsigned char* at(unsigned x, unsigned y) const { return &rgba[((size_t)y * width + x) * 4]; }
-};
-
-inline Png readPng(const std::string& path)
-{
-    Png png;
-    EXPECT_TRUE(GoldenImage::readPng(path, &png.width, &png.height, &png.rgba)) << path;
-    return png;
-}
-
 // Renders with the test font into `path`, which must succeed, and reads the image back.
-inline Png renderTo(const std::string& path, const std::vector<std::string>& extra)
+inline LmTextTool::RgbaImage renderTo(const std::string& path, const std::vector<std::string>& extra)
 {
     std::vector<std::string> args = {"render", "-f", kToolFont, "-o", path};
     args.insert(args.end(), extra.begin(), extra.end());
     ToolRun r = runTool(args);
     EXPECT_EQ(r.exitCode, 0) << r.err;
     EXPECT_NE(r.out.find("wrote " + path), std::string::npos) << r.out;
-    return readPng(path);
+    return LmTextTool::RgbaImage::readPng(path);
 }
 
 // Smallest box holding every pixel with some alpha: left, top, right, bottom (exclusive).
-inline std::vector<unsigned> inkBox(const Png& png)
+inline std::vector<unsigned> inkBox(const LmTextTool::RgbaImage& png)
 {
-    unsigned l = png.width, t = png.height, r = 0, b = 0;
-    for (unsigned y = 0; y < png.height; ++y)
-        for (unsigned x = 0; x < png.width; ++x)
-            if (png.at(x, y)[3]) {
+    unsigned l = png.width(), t = png.height(), r = 0, b = 0;
+    for (unsigned y = 0; y < png.height(); ++y)
+        for (unsigned x = 0; x < png.width(); ++x)
+            if (png.argbAt(x, y) >> 24) {
                 l = std::min(l, x);
                 t = std::min(t, y);
                 r = std::max(r, x + 1);

@@ -49,13 +49,6 @@ JNIEXPORT jint JNICALL Java_com_zentrix_android_sdk_lme_NativeProbe_liveObjects(
     return live;
 }
 
-JNIEXPORT jboolean JNICALL Java_com_zentrix_android_sdk_lme_NativeProbe_hasEffect(JNIEnv*, jclass, jint handle,
-                                                                                  jint kind)
-{
-    LmTextObject* object = LmTextInstanceManager::FindLmTextObject(handle);
-    return object && object->GetEffect()->hasEffect(kind);
-}
-
 // "loaded/locale list id/font count" per system family, or "unset".
 JNIEXPORT jstring JNICALL Java_com_zentrix_android_sdk_lme_NativeProbe_systemFamilies(JNIEnv* env, jclass)
 {

@@ -23,17 +23,6 @@ public class BridgeTest {
         NativeProbe.captureLog(false);
     }
 
-    @Test
-    public void firstCallBindsANativeObjectAndKeepsItsHandle() {
-        LmText t = new LmText();
-        assertEquals(-1, t.mHandle);
-        assertTrue(t.LmText_SetLine(1));
-        int handle = t.mHandle;
-        assertTrue(handle > 0);
-        assertTrue(t.LmText_SetLine(2));
-        assertEquals(handle, t.mHandle);
-    }
-
     // Handle 0 is never issued and is not created; a finalized object's handle is gone.
     @Test
     public void unboundObjectsGiveFailureValuesAndError19() {
@@ -108,7 +97,6 @@ public class BridgeTest {
         }
         assertEquals(-1, t.LmText_AddLinearGradientTextEffect(0, 1, null, new float[0], new float[0], 1));
         assertEquals(-1, t.LmText_AddLinearGradientTextEffect(0, 1, new int[2], new float[2], new float[1], 1));
-        assertFalse(NativeProbe.hasEffect(t.mHandle, 7));
     }
 
     @Test

@@ -12,36 +12,13 @@ import javax.imageio.ImageIO;
 import org.junit.Test;
 
 public class EndToEndTest {
-    // One record per effect: its kind, then the arguments of its LmText_Add*TextEffect call.
-    static final double[][] EFFECTS = {
-        {10, 3, 0xFF202A60, 1, 0, 1},                                // stroke, outside
-        {1, 120, 6, 4, 0xFF000000, 0.6},                             // outer shadow
-        {2, 45, 3, 2, 0xFF400000, 0.5},                              // inner shadow
-        {3, 6, 0xFFFFE000, 0.8},                                     // outer glow
-        {7, 90, 1, 1, 0xFFFF0000, 1, 0, 0xFF0000FF, 0.5, 1},         // linear gradient: colour, opacity, position
-    };
-
-    static void add(LmText t, double[] e) {
-        float[] f = new float[e.length];
-        for (int i = 0; i < e.length; i++) f[i] = (float) e[i];
-        switch ((int) e[0]) {
-            case 10: t.LmText_AddStrokeTextEffect(f[1], (int) e[2], f[3], (int) e[4], (int) e[5]); break;
-            case 1: t.LmText_AddOuterShadowTextEffect(f[1], f[2], f[3], (int) e[4], f[5]); break;
-            case 2: t.LmText_AddInnerShadowTextEffect(f[1], f[2], f[3], (int) e[4], f[5]); break;
-            case 3: t.LmText_AddOuterGlowTextEffect(f[1], (int) e[2], f[3]); break;
-            case 7:
-                int n = (e.length - 4) / 3;
-                int[] colours = new int[n];
-                float[] opacities = new float[n], positions = new float[n];
-                for (int s = 0; s < n; s++) {
-                    colours[s] = (int) e[4 + 3 * s];
-                    opacities[s] = f[5 + 3 * s];
-                    positions[s] = f[6 + 3 * s];
-                }
-                t.LmText_AddLinearGradientTextEffect(f[1], f[2], colours, opacities, positions, f[3]);
-                break;
-            default: fail("unknown effect kind " + e[0]);
-        }
+    static void addEffects(LmText t) {
+        t.LmText_AddStrokeTextEffect(3, 0xFF202A60, 1, 0, 1);  // outside
+        t.LmText_AddOuterShadowTextEffect(120, 6, 4, 0xFF000000, 0.6f);
+        t.LmText_AddInnerShadowTextEffect(45, 3, 2, 0xFF400000, 0.5f);
+        t.LmText_AddOuterGlowTextEffect(6, 0xFFFFE000, 0.8f);
+        t.LmText_AddLinearGradientTextEffect(90, 1, new int[] {0xFFFF0000, 0xFF0000FF}, new float[] {1, 0.5f},
+                                             new float[] {0, 1}, 1);
     }
 
     // The render's R, G, B, A bytes against tests/golden/java_end_to_end.png, the image the C++
@@ -78,7 +55,7 @@ public class EndToEndTest {
         for (Predicate<LmText> font : fontSources) {
             LmText t = NativeProbe.configured(5, background);
             assertTrue(font.test(t));
-            for (double[] e : EFFECTS) add(t, e);
+            addEffects(t);
             int[] pixels = t.LmText_RenderTextEffect();
             int[] size = t.LmText_GetDrawingBitmapSize();
             assertEquals(260 + t.LmText_GetEffectLeftOffset() + t.LmText_GetEffectRightOffset(), size[0]);

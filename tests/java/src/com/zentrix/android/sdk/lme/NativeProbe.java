@@ -20,7 +20,6 @@ final class NativeProbe {
     static native String takeLog();
     static native void clearError();
     static native int liveObjects(int lastHandle);
-    static native boolean hasEffect(int handle, int kind);
     static native String systemFamilies();
     static native void resetFamilies();
 
