@@ -4,7 +4,6 @@
 
 #include <cmath>
 #include <cstdlib>
-#include <cstring>
 
 using namespace LmFontEffect;
 using namespace LmTest;
@@ -49,15 +48,6 @@ TEST(StrokeLayer, Offsets)
     EXPECT_EQ(strokeOf(std::nanf(""), OUTSIDE)->getOffset(), 0);
 }
 
-TEST(StrokeLayer, SizeZeroDrawsNothingVisible)
-{
-    for (int position : {CENTRE, OUTSIDE, INSIDE}) {
-        FilterRun run(disc(24, 8));
-        EXPECT_EQ(run.run(*strokeOf(0, position)), 1);
-        EXPECT_TRUE(run.untouched()) << position;
-    }
-}
-
 TEST(StrokeLayer, InsideStrokeReachesBeyondTheBox)
 {
     // Radius 2 gives n = 2: the output reaches n + 1 beyond the 6 x 6 box, full wherever the
@@ -66,27 +56,4 @@ TEST(StrokeLayer, InsideStrokeReachesBeyondTheBox)
     run.run(*strokeOf(2, INSIDE));
     // Inside, 2 from the empty border is full and 3 from it empty.
     run.expectAlphas({{9, 15, 255}, {8, 15, 0}, {15, 20, 255}, {15, 21, 0}, {13, 15, 255}, {14, 15, 0}});
-}
-
-TEST(StrokeLayer, CentreStrokeIsTheOverlapOfBothDilations)
-{
-    FilterRun run(rect(20, 20, 5, 5, 10, 10));
-    LmBitmap second(20, 20, 4);
-    run.run(*strokeOf(2, CENTRE), 1, &second); // r = 1
-    run.expectAlphas({{4, 7, 255}, {5, 7, 255}, {6, 7, 0}, {4, 4, 149}, {3, 7, 0}});
-    EXPECT_EQ(0, std::memcmp(second.pixels, run.target.pixels, 20 * 20 * 4));
-}
-
-TEST(StrokeLayer, BlendModeFollowsPositionAndCompositeMode)
-{
-    // Over opaque blue a source-over stroke shows, a destination-over one does not.
-    const struct {
-        int position, compositeMode, red;
-    } cases[] = {{CENTRE, 0, 255}, {CENTRE, 1, 0}, {OUTSIDE, 0, 0}, {INSIDE, 0, 0}};
-    for (const auto& c : cases) {
-        FilterRun run(rect(16, 16, 5, 5, 11, 11));
-        for (size_t i = 0; i < 16 * 16; ++i) run.target.pixels[i * 4 + 2] = run.target.pixels[i * 4 + 3] = 255;
-        run.run(*strokeOf(2, c.position), c.compositeMode);
-        EXPECT_EQ(run.target.pixels[(5 * 16 + 5) * 4], c.red) << c.position << " " << c.compositeMode;
-    }
 }
