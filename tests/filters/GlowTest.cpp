@@ -60,26 +60,6 @@ TEST(GlowLayer, OffsetsAndOwnCopyOfTheRecord)
     EXPECT_EQ(dynamic_cast<LmGlowProperty&>(*layer->getProperty()).stops[0].colour, RED);
 }
 
-TEST(GlowPass, OneDotAtSizeHalf)
-{
-    // G = 1, M = 2, one spread pass, no blur. Outer: 3 x 3 of 63, entry 193, alpha
-    // (int)(63 * 256 / 180) * 255 >> 8 = 88. Inner: the 255 around drowns the dot, and the
-    // spread clears columns 0 and W - 1 of the inner rows of the 5 x 5 output drawn at (3, 3).
-    const Mask dot = rect(11, 11, 5, 5, 6, 6);
-    FilterRun outer(dot), inner(dot);
-    outer.run(*glowOf(OUTER, 0.5f));
-    inner.run(*glowOf(INNER, 0.5f));
-    std::vector<unsigned char> outerAlpha(121, 0), innerAlpha(121, 0);
-    for (int y = 3; y <= 7; ++y)
-        for (int x = 3; x <= 7; ++x) {
-            const bool ring = x == 3 || x == 7 || y == 3 || y == 7;
-            outerAlpha[(size_t)y * 11 + x] = ring ? 0 : 88;
-            innerAlpha[(size_t)y * 11 + x] = (ring && y != 3 && y != 7) ? 0 : 255;
-        }
-    EXPECT_EQ(outer.alphaPlane(), outerAlpha);
-    EXPECT_EQ(inner.alphaPlane(), innerAlpha);
-}
-
 namespace {
 
 const std::vector<LmGradient> kSunset = {stop(0xFFFFE060, 0), stop(0xFFFF6020, 0.4f), stop(0xFF8010A0, 1)};
