@@ -1,6 +1,6 @@
 // Bevel and emboss: the worked numbers of the shared machinery, the layers' margins, and what
 // bad input must not do.
-#include "filters/GoldenPass.h"
+#include "filters/MaskFixtures.h"
 
 #include "effect/LmBevelProperty.h"
 #include "effect/LmEmbossProperty.h"
@@ -47,35 +47,6 @@ TEST(Relief, BlurLeavesItsBorderAsTheDestinationHeldIt)
     // 255 * 100 / 102 = 250 down the column, then weighted again along the row.
     EXPECT_EQ(dst[3 * 7 + 3], 250 * 100 / 102);
     EXPECT_EQ(dst[3 * 7 + 4], 250 * 1 / 102);
-}
-
-TEST(Relief, Dt1DGivesSquaredDistancesToTheZeros)
-{
-    const float far = 1e20f;
-    const struct {
-        std::vector<float> in, out;
-    } cases[] = {
-        {{far, 0, far, far, 0}, {1, 0, 1, 1, 0}},
-        {{0, far, far, far}, {0, 1, 4, 9}},
-        {{far, far}, {far, far}},
-        {{2, far, 0}, {2, 1, 0}},
-    };
-    for (const auto& c : cases) {
-        std::vector<float> out(c.in.size(), -1);
-        LmBevel::dt1D(out.data(), const_cast<float*>(c.in.data()), (int)c.in.size());
-        EXPECT_EQ(out, c.out);
-    }
-    float untouched = -1;
-    LmEmboss::dt1D(&untouched, &untouched, 0);
-    EXPECT_EQ(untouched, -1);
-}
-
-TEST(Relief, RootsComeFromTheTableThenFromSqrtf)
-{
-    EXPECT_EQ(LmRelief::rootOf(2), 1.414f);
-    EXPECT_EQ(LmRelief::rootOf(5489), 74.088f);
-    EXPECT_EQ(LmRelief::rootOf(5490), sqrtf(5490.0f));
-    EXPECT_EQ(LmRelief::rootOf(62 * 62 * 2), sqrtf(7688.0f));
 }
 
 TEST(Relief, GainsAreSinglePrecision)
