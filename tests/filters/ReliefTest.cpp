@@ -17,7 +17,6 @@
 
 using namespace LmFontEffect;
 using LmTest::FilterRun;
-using LmTest::Mask;
 
 namespace {
 
@@ -89,23 +88,6 @@ TEST(Relief, OffsetsAreTheWidthPlusSoftenSaturated)
         EXPECT_EQ(bevel.getOffset(), c.bevel) << "size " << c.size;
         EXPECT_EQ(emboss.getOffset(), c.emboss) << "size " << c.size;
     }
-}
-
-// The inside bevel's flat outside area has height 0 and full ramp; with the light on the
-// horizon its shade is 0, so the shadow side is 255, the lit side 0: the shadow colour at full
-// alpha everywhere but the canvas's outermost ring.
-TEST(Relief, InsideBevelTintsTheFlatAreaWithTheLightOnTheHorizon)
-{
-    const Mask mask = LmTest::rect(24, 24, 10, 10, 14, 14);
-    LmBevel bevel;
-    LmBevelProperty p = bevelRecord(1, 2, 1, 0, 3, 0);
-    bevel.setProperty(&p);
-    FilterRun run(mask);
-    ASSERT_EQ(run.run(bevel), 1);
-    // Canvas: the box grown by R = 4, so columns and rows 6..17; its ring stays clear.
-    run.expectAlphas({{7, 7, 255}, {16, 8, 255}, {6, 10, 0}, {17, 17, 0}, {5, 5, 0}});
-    const unsigned char* px = run.target.pixels + (7 * 24 + 7) * 4;
-    EXPECT_EQ(px[2], 0x80); // blue of the shadow colour, (128 + 1) * 255 >> 8
 }
 
 // The all-filters bad-input table gives the relief layers a sane depth and light; here those are
