@@ -13,14 +13,12 @@ using namespace LmTest;
 TEST(OuterShadowLayer, ShiftAndSideMargins)
 {
     const float kNaN = std::nanf("");
-    // Halves round away from zero; far distances saturate; whole turns of the angle wrap.
+    // Halves round away from zero; far distances saturate; whole turns of the angle wrap (the
+    // goldens pin the ordinary shifts and margins).
     const struct {
         float angle, distance, size;
         int shiftX, shiftY, left, right, top, bottom;
     } cases[] = {
-        {0, 5, 3, -5, 0, 8, 0, 3, 3},
-        {90, 5, 0, 0, 5, 0, 0, 0, 5},
-        {120, 10, 2, 5, 9, 0, 7, 0, 11}, // -cos 120 * 10, sin 120 * 10 = 8.66
         {180, 2.5f, 0, 3, 0, 0, 3, 0, 0},
         {0, 1e30f, 3, INT_MIN, 0, INT_MAX, 0, 3, 3},
         {360.0f * 1000 + 90, 5, 0, 0, 5, 0, 0, 0, 5},
