@@ -3,7 +3,6 @@
 
 #include "filters/LmGaussianBlur.h"
 #include "raster/LmBlender.h"
-#include "raster/LmRowOps.h"
 
 #include <gtest/gtest.h>
 
@@ -105,18 +104,5 @@ TEST(GlowSameBytes, RandomMasksBoxesAndSizes)
                 box = LmRect(l, t, l + 1 + (int)(rng() % (w - l)), t + 1 + (int)(rng() % (h - t)));
             }
             for (int kind : {3, 4}) expectSameBytes(m, box, size + (rng() % 2 ? 0.5f : 0), kind, ramps[rng() % 3]);
-        }
-}
-
-TEST(GlowSameBytes, QuotientsAtEveryMultiple)
-{
-    // Just below, at and just above every multiple of the divisor (BlurRows covers the taps).
-    for (int sum : {1, 3, 128, 9521, 65521, LmRowOps::kMaxQuotientDivisor - 1})
-        for (bool inverse : {false, true}) {
-            std::vector<int> acc;
-            for (int n = 0; n <= 255 * 3; ++n) acc.push_back(std::min(std::max(n / 3 * sum + n % 3 - 1, 0), 255 * sum));
-            std::vector<unsigned char> out(acc.size());
-            LmRowOps::quotients(out.data(), acc.data(), acc.size(), sum, inverse);
-            for (size_t i = 0; i < acc.size(); ++i) ASSERT_EQ(out[i], (inverse ? 255 * sum - acc[i] : acc[i]) / sum) << sum;
         }
 }
