@@ -22,14 +22,13 @@ struct Kernel {
 
 TEST(StrokeKernel, WorkedRadii)
 {
-    // Below radius 1 the centre carries the radius itself: a faint sub-pixel stroke. At radius 1
-    // the corner is 1 - sqrt 2 + 1 = 0.5858.
+    // Below radius 1 the centre carries the radius itself: a faint sub-pixel stroke (the stroke
+    // goldens pin the kernels from radius 1 up).
     const struct {
         float r;
         int k, x, y, value;
     } cases[] = {{0.5f, 3, 1, 1, 128}, {0.5f, 3, 0, 1, 128}, {0.5f, 3, 0, 0, 22}, {0.0f, 1, 0, 0, 0},
-                 {1.0f, 3, 1, 1, 255}, {1.0f, 3, 2, 1, 255}, {1.0f, 3, 0, 0, 149}, {1.5f, 5, 2, 0, 128},
-                 {1.5f, 5, 0, 0, 0},   {std::nanf(""), 1, 0, 0, 0}};
+                 {std::nanf(""), 1, 0, 0, 0}};
     for (const auto& c : cases) {
         Kernel kernel(c.r);
         ASSERT_EQ(kernel.k, c.k) << c.r;
