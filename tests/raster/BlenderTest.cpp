@@ -3,15 +3,13 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <array>
 
 using namespace LmFontEffect;
 
 namespace {
 
-struct Px {
-    unsigned r, g, b, a;
-};
+using Px = std::array<unsigned, 4>; // R, G, B, A
 
 Px at(const LmBitmap& bm, unsigned x, unsigned y)
 {
@@ -21,15 +19,9 @@ Px at(const LmBitmap& bm, unsigned x, unsigned y)
 
 void fill(LmBitmap& bm, Px v)
 {
-    for (unsigned i = 0; i < bm.width * bm.height; ++i) {
-        bm.pixels[4 * i] = (unsigned char)v.r;
-        bm.pixels[4 * i + 1] = (unsigned char)v.g;
-        bm.pixels[4 * i + 2] = (unsigned char)v.b;
-        bm.pixels[4 * i + 3] = (unsigned char)v.a;
-    }
+    for (unsigned i = 0; i < bm.width * bm.height * 4; ++i) bm.pixels[i] = (unsigned char)v[i % 4];
 }
 
-// Blends one coverage byte with mode over one destination pixel.
 Px blendOne(int mode, unsigned m, Px d, unsigned colour)
 {
     LmBitmap bm(1, 1, 4);
@@ -63,12 +55,8 @@ TEST(LmBlender, EightBitModesOverOnePixel)
         {4, 200, {1, 2, 3, 4}, 0xFFFFFFFFu, {1, 2, 3, 4}},
         {-1, 200, {1, 2, 3, 4}, 0xFFFFFFFFu, {1, 2, 3, 4}},
     };
-    for (const Case& c : cases) {
-        Px got = blendOne(c.mode, c.coverage, c.dst, c.colour);
-        EXPECT_TRUE(got.r == c.want.r && got.g == c.want.g && got.b == c.want.b && got.a == c.want.a)
-            << "mode " << c.mode << " coverage " << c.coverage << " dst alpha " << c.dst.a << ": got " << got.r
-            << "," << got.g << "," << got.b << "," << got.a;
-    }
+    for (const Case& c : cases)
+        EXPECT_EQ(blendOne(c.mode, c.coverage, c.dst, c.colour), c.want) << "mode " << c.mode << " coverage " << c.coverage;
 }
 
 TEST(LmBlender, ClipsAtEveryEdge)
@@ -88,8 +76,8 @@ TEST(LmBlender, ClipsAtEveryEdge)
     for (int i = 0; i < 64; ++i) ASSERT_EQ(0, rgba.pixels[i]);
     // Bottom-right clipping with a stride wider than the drawn width.
     LmBlender::drawBitmapBlend8(3, 3, &rgba, src, 2, 2, 5, 0xFFFFFFFFu, 1);
-    EXPECT_EQ((256u * src[0]) >> 8, at(rgba, 3, 3).a);
-    EXPECT_EQ(0u, at(rgba, 2, 3).a);
+    EXPECT_EQ((256u * src[0]) >> 8, at(rgba, 3, 3)[3]);
+    EXPECT_EQ(0u, at(rgba, 2, 3)[3]);
 }
 
 TEST(LmBlender, ChannelsKeepTheirMeaningOnAnyByteOrder)
@@ -98,14 +86,10 @@ TEST(LmBlender, ChannelsKeepTheirMeaningOnAnyByteOrder)
     LmBitmap under(1, 1, 4);
     const unsigned char bytes[4] = {10, 20, 30, 255};
     LmBlender::drawBitmapBlend32(0, 0, &under, bytes, 1, 1, 1, 0u, 99);
-    EXPECT_EQ(10u, at(under, 0, 0).r);
-    EXPECT_EQ(30u, at(under, 0, 0).b);
+    EXPECT_EQ(at(under, 0, 0), (Px{10, 20, 30, 255}));
 
-    // The swap exchanges bytes 0 and 2.
     LmBlender::convertBGRAToARGB(&under);
-    EXPECT_EQ(30u, at(under, 0, 0).r);
-    EXPECT_EQ(10u, at(under, 0, 0).b);
-    EXPECT_EQ(255u, at(under, 0, 0).a);
+    EXPECT_EQ(at(under, 0, 0), (Px{30, 20, 10, 255}));
     LmBlender::convertBGRAToARGB(nullptr);
 }
 
@@ -116,8 +100,5 @@ TEST(LmBlender, EightBitOntoThirtyTwoReplacesThePixel)
     fill(dst, {9, 9, 9, 9});
     unsigned char m = 64;
     LmBlender::drawBitmap(0, 0, &dst, &m, 1, 1, 0xFF204060u);
-    const Px p = at(dst, 0, 0);
-    EXPECT_EQ(0x20u, p.r);
-    EXPECT_EQ(0x60u, p.b);
-    EXPECT_EQ(64u, p.a);
+    EXPECT_EQ(at(dst, 0, 0), (Px{0x20, 0x40, 0x60, 64}));
 }
