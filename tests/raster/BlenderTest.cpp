@@ -48,7 +48,7 @@ TEST(LmBlender, EightBitModesOverOnePixel)
         {LME_BLEND_OTHER, 0, {100, 100, 100, 200}, 0xC8306090u, {100, 100, 100, 200}},
         {LME_BLEND_OTHER, 255, {50, 50, 50, 100}, 0xC8306090u, {79, 108, 137, 221}},
         {LME_BLEND_SRC_OVER, 0, {30, 30, 30, 60}, 0x80FF4000u, {30, 30, 30, 60}},
-        {LME_BLEND_SRC_OVER, 100, {30, 30, 30, 60}, 0x80FF4000u, {124, 49, 24, 98}},
+        {LME_BLEND_SRC_OVER, 100, {30, 30, 30, 4}, 0x80FF4000u, {124, 49, 24, 54}},
         {LME_BLEND_SRC_OVER, 255, {200, 200, 200, 200}, 0x80FF4000u, {255, 163, 99, 227}},
         // Unknown modes leave the destination.
         {0, 200, {1, 2, 3, 4}, 0xFFFFFFFFu, {1, 2, 3, 4}},
