@@ -41,11 +41,9 @@ TEST(Relief, BlurLeavesItsBorderAsTheDestinationHeldIt)
     std::vector<unsigned char> src(7 * 7, 0), dst(7 * 7, 9);
     src[3 * 7 + 3] = 255;
     LmBevel::blur(src.data(), dst.data(), 1, 7, 7);
+    // The weights inside are pinned by the relief goldens.
     EXPECT_EQ(dst[0], 9);
     EXPECT_EQ(dst[6 * 7 + 6], 9);
-    // 255 * 100 / 102 = 250 down the column, then weighted again along the row.
-    EXPECT_EQ(dst[3 * 7 + 3], 250 * 100 / 102);
-    EXPECT_EQ(dst[3 * 7 + 4], 250 * 1 / 102);
 }
 
 // The mirrored light of direction 0 is pinned by the relief goldens.
