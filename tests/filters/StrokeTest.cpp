@@ -38,11 +38,10 @@ TEST(StrokeKernel, WorkedRadii)
     EXPECT_EQ(Kernel(1e9f).bytes, nullptr);
 }
 
+// Halves round up (the goldens pin the centre and inside margins).
 TEST(StrokeLayer, Offsets)
 {
-    EXPECT_EQ(strokeOf(3, CENTRE)->getLeftOffset(), 2); // 1.5 + 0.5
-    EXPECT_EQ(strokeOf(1, OUTSIDE)->getOffset(), 1);
-    EXPECT_EQ(strokeOf(100, INSIDE)->getOffset(), 0);
+    EXPECT_EQ(strokeOf(1.5f, OUTSIDE)->getOffset(), 2);
     EXPECT_EQ(strokeOf(7, 5)->getOffset(), 0);
     EXPECT_EQ(strokeOf(std::nanf(""), OUTSIDE)->getOffset(), 0);
 }
