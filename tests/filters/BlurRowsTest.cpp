@@ -1,7 +1,6 @@
-// The blur's row passes and the glows' spread passes give the bytes of plain sums.
+// The blur's row passes give the bytes of plain sums (the glows' spread passes: GlowSameBytes).
 
 #include "filters/LmGaussianBlur.h"
-#include "filters/LmGlow.h"
 
 #include <gtest/gtest.h>
 
@@ -36,28 +35,4 @@ TEST(BlurRows, SameBytesAsPlainTaps)
                 ASSERT_EQ(out[x], std::min(h / sum, 255)) << R << " " << x;
             }
         }
-}
-
-TEST(GlowSpread, SameBytesAsPlainSums)
-{
-    // Interior bytes: 3 x 3 sums quartered and clamped; interior rows' end columns become 0.
-    std::mt19937 rng(9);
-    for (int round = 0; round < 40; ++round) {
-        const int W = 1 + (int)(rng() % 70), H = 1 + (int)(rng() % 12), passes = (int)(rng() % 5);
-        std::vector<unsigned char> img((size_t)W * H), fast;
-        for (auto& b : img) b = rng() % 2 ? 255 : (unsigned char)(rng() % 256);
-        fast = img;
-        LmGlow::increaseByBoxFilter(fast.data(), passes, W, H);
-        for (int p = 0; p < passes; ++p) {
-            const std::vector<unsigned char> old = img;
-            for (int y = 1; y < H - 1; ++y)
-                for (int x = 0; x < W; ++x) {
-                    int s = 0;
-                    for (int i = std::max(x - 1, 0); i <= std::min(x + 1, W - 1); ++i)
-                        s += old[(size_t)(y - 1) * W + i] + old[(size_t)y * W + i] + old[(size_t)(y + 1) * W + i];
-                    img[(size_t)y * W + x] = x == 0 || x == W - 1 ? 0 : (unsigned char)std::min(s >> 2, 255);
-                }
-        }
-        ASSERT_EQ(fast, img) << W << "x" << H << " passes " << passes;
-    }
 }

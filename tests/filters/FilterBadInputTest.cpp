@@ -62,25 +62,30 @@ TEST(EveryLayer, WithoutARecordDrawsNothingAndIgnoresNull)
     }
 }
 
-TEST_P(FilterBadInput, MissingInputsDrawNothing)
+TEST_P(FilterBadInput, DrawsWhatTheArithmeticGivesOrNothing)
 {
     auto layer = layerOf(GetParam());
     FilterRun run(LmTest::disc(16, 5));
-    LmBitmap noPixels;
-    const LmECore::ParamPostProcessing cases[] = {
+    LmBitmap noPixels, overCap(1u << 20, 1u << 20, 4);
+    const LmECore::ParamPostProcessing missing[] = {
         {&run.target, &run.mask, nullptr, 0, nullptr},
         {nullptr, &run.mask, &run.textRect, 0, nullptr},
         {&run.target, nullptr, &run.textRect, 0, nullptr},
         {&run.target, &noPixels, &run.textRect, 0, nullptr},
     };
     EXPECT_EQ(layer->doPostProcessing(nullptr), 0);
-    for (LmECore::ParamPostProcessing pp : cases) EXPECT_EQ(layer->doPostProcessing(&pp), 0);
+    for (LmECore::ParamPostProcessing pp : missing) EXPECT_EQ(layer->doPostProcessing(&pp), 0);
     EXPECT_TRUE(run.untouched());
-}
-
-TEST_P(FilterBadInput, TinyMasksTargetsAndOddBoxes)
-{
-    auto layer = layerOf(GetParam());
+    // Targets without pixels or past the cap: nothing to check but the buffers.
+    for (LmBitmap* target : {&noPixels, &overCap}) {
+        LmECore::ParamPostProcessing pp{target, &run.mask, &run.textRect, 0, nullptr};
+        layer->doPostProcessing(&pp);
+    }
+    // An absurd size gives up; the rest draw.
+    EXPECT_EQ(run.run(*layer) == 0, GetParam().givesUp);
+    if (GetParam().givesUp) {
+        EXPECT_TRUE(run.untouched());
+    }
     // Masks of one row or column, boxes touching every edge, targets smaller than the mask.
     for (unsigned w : {1, 9, 12})
         for (unsigned h : {1, 9, 10}) {
@@ -93,15 +98,9 @@ TEST_P(FilterBadInput, TinyMasksTargetsAndOddBoxes)
     const LmRect boxes[] = {LmRect(9, 9, 3, 3), LmRect(-50, -50, 500, 500), LmRect(30, 30, 40, 40),
                             LmRect(INT_MIN, INT_MIN, INT_MAX, INT_MAX)};
     for (const LmRect& box : boxes) {
-        FilterRun run(LmTest::disc(16, 5));
-        run.textRect = box;
-        run.run(*layer);
-    }
-    LmBitmap none, overCap(1u << 20, 1u << 20, 4);
-    for (LmBitmap* target : {&none, &overCap}) {
-        FilterRun run(LmTest::disc(16, 5));
-        LmECore::ParamPostProcessing pp{target, &run.mask, &run.textRect, 0, nullptr};
-        layer->doPostProcessing(&pp);
+        FilterRun odd(LmTest::disc(16, 5));
+        odd.textRect = box;
+        odd.run(*layer);
     }
     // An empty box has no edge to draw.
     FilterRun empty(LmTest::disc(16, 5));
@@ -110,33 +109,20 @@ TEST_P(FilterBadInput, TinyMasksTargetsAndOddBoxes)
     EXPECT_TRUE(empty.untouched());
 }
 
-TEST_P(FilterBadInput, AbsurdSizesGiveUp)
-{
-    FilterRun run(LmTest::disc(16, 5));
-    const int drawn = run.run(*layerOf(GetParam()));
-    EXPECT_EQ(drawn == 0, GetParam().givesUp);
-    if (GetParam().givesUp) {
-        EXPECT_TRUE(run.untouched());
-    }
-}
-
 INSTANTIATE_TEST_SUITE_P(AllFilters, FilterBadInput,
                          ::testing::Values(Setting{"outer_size_nan", 1, 120, 5, kNaN, 0, false},
                                            Setting{"outer_size_negative", 1, 120, 5, -7, 0, false},
                                            Setting{"outer_size_huge", 1, 120, 5, 1e9f, 0, true},
                                            Setting{"outer_size_inf", 1, 120, 5, kInf, 0, true},
-                                           Setting{"outer_size_max", 1, 45, 100, 100, 0, false},
                                            Setting{"outer_angle_far", 1, -1e30f, 5, 3, 0, false},
                                            Setting{"outer_distance_huge", 1, 30, 1e9f, 3, 0, true},
                                            Setting{"inner_size_nan", 2, 120, 5, kNaN, 0, false},
                                            Setting{"inner_size_huge", 2, 120, 5, 1e9f, 0, true},
-                                           Setting{"inner_size_max", 2, 200, 100, 100, 0, false},
                                            Setting{"inner_angle_far", 2, 1e30f, 5, 3, 0, false},
                                            Setting{"inner_distance_huge", 2, 30, -1e9f, 3, 0, false},
                                            Setting{"inner_distance_nan", 2, 30, kNaN, 3, 0, false},
                                            Setting{"outer_glow_size_negative", 3, 0, 0, -7, 0, true},
                                            Setting{"outer_glow_size_huge", 3, 0, 0, 1e9f, 0, true},
-                                           Setting{"outer_glow_size_max", 3, 0, 0, 100, 0, false},
                                            Setting{"inner_glow_size_nan", 4, 0, 0, kNaN, 0, false},
                                            Setting{"inner_glow_size_empty_path", 4, 0, 0, -1, 0, false},
                                            Setting{"inner_glow_size_inf", 4, 0, 0, kInf, 0, true},
@@ -147,9 +133,6 @@ INSTANTIATE_TEST_SUITE_P(AllFilters, FilterBadInput,
                                            Setting{"emboss_canvas_past_the_cap", 6, 120, 0, 12000, 1, true},
                                            Setting{"emboss_pillow_chisel_huge", 6, -1e30f, 1, 1e30f, 3, true},
                                            Setting{"emboss_angle_nan", 6, kNaN, 0, 40, 0, false},
-                                           Setting{"stroke_centre", 10, 0, 0, 5, 0, false},
-                                           Setting{"stroke_outside_max", 10, 0, 0, 100, 1, false},
-                                           Setting{"stroke_inside_max", 10, 0, 0, 100, 2, false},
                                            Setting{"stroke_size_nan", 10, 0, 0, kNaN, 1, false},
                                            Setting{"stroke_size_negative", 10, 0, 0, -7, 1, true},
                                            Setting{"stroke_size_huge", 10, 0, 0, 1e9f, 0, true},

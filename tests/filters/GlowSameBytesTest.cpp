@@ -3,7 +3,6 @@
 
 #include "filters/LmGaussianBlur.h"
 #include "raster/LmBlender.h"
-#include "raster/LmRowOps.h"
 
 #include <gtest/gtest.h>
 
@@ -86,37 +85,18 @@ TEST(GlowSameBytes, RandomMasksBoxesAndSizes)
     std::vector<int> sizes = {47, 100};
     for (int s = 0; s <= 30; ++s) sizes.push_back(s);
     for (int size : sizes)
-        // Clear, full, faint (no full pixel), one dot, one-pixel lines, noise, a glyph.
         for (int shape = 0; shape < 7; ++shape) {
             const unsigned w = size > 30 ? 60 + rng() % 200 : 1 + rng() % 40, h = size > 30 ? 20 + rng() % 60 : 1 + rng() % 30;
             // The ink inside a clear margin, or a random box that may touch the mask's edges.
             const unsigned pad = size <= 30 && rng() % 2 ? 2 * size + 3 : 0, mw = w + 2 * pad, mh = h + 2 * pad;
-            Mask m = shape == 6 ? glyph(mw, mh) : rect(mw, mh, 0, 0, shape == 1 ? (int)mw : 0, (int)mh);
-            for (size_t i = 0; i < m.pixels.size(); ++i) {
-                const unsigned x = (unsigned)(i % mw), y = (unsigned)(i / mw);
-                if (shape == 2 || shape == 5) m.pixels[i] = (unsigned char)(shape == 2 ? rng() % 255 : rng() % 3 ? 0 : 255);
-                if (shape == 4 && (x == pad + w / 3 || y == mh / 2)) m.pixels[i] = 200;
-                if (x < pad || y < pad || x >= pad + w || y >= pad + h) m.pixels[i] = 0;
-            }
-            if (shape == 3) m.pixels[(pad + rng() % h) * mw + pad + rng() % w] = (unsigned char)(1 + rng() % 255);
+            const Mask ink = randomMask(shape, w, h, rng);
+            Mask m = rect(mw, mh, 0, 0, 0, 0);
+            for (unsigned y = 0; y < h; ++y) std::copy_n(&ink.pixels[(size_t)y * w], w, &m.pixels[(size_t)(y + pad) * mw + pad]);
             LmRect box((int)pad, (int)pad, (int)(pad + w), (int)(pad + h));
             if (!pad && rng() % 2) {
                 const int l = (int)(rng() % w), t = (int)(rng() % h);
                 box = LmRect(l, t, l + 1 + (int)(rng() % (w - l)), t + 1 + (int)(rng() % (h - t)));
             }
             for (int kind : {3, 4}) expectSameBytes(m, box, size + (rng() % 2 ? 0.5f : 0), kind, ramps[rng() % 3]);
-        }
-}
-
-TEST(GlowSameBytes, QuotientsAtEveryMultiple)
-{
-    // Just below, at and just above every multiple of the divisor (BlurRows covers the taps).
-    for (int sum : {1, 3, 128, 9521, 65521, LmRowOps::kMaxQuotientDivisor - 1})
-        for (bool inverse : {false, true}) {
-            std::vector<int> acc;
-            for (int n = 0; n <= 255 * 3; ++n) acc.push_back(std::min(std::max(n / 3 * sum + n % 3 - 1, 0), 255 * sum));
-            std::vector<unsigned char> out(acc.size());
-            LmRowOps::quotients(out.data(), acc.data(), acc.size(), sum, inverse);
-            for (size_t i = 0; i < acc.size(); ++i) ASSERT_EQ(out[i], (inverse ? 255 * sum - acc[i] : acc[i]) / sum) << sum;
         }
 }

@@ -1,5 +1,5 @@
-// The outer and inner glow: colour table, layer records, worked passes and goldens.
-#include "filters/GoldenPass.h"
+// The outer and inner glow: colour table and layer records (the passes: goldens, same bytes).
+#include "filters/MaskFixtures.h"
 
 #include "effect/LmGlowProperty.h"
 
@@ -59,64 +59,3 @@ TEST(GlowLayer, OffsetsAndOwnCopyOfTheRecord)
     stops[0].colour = BLACK;
     EXPECT_EQ(dynamic_cast<LmGlowProperty&>(*layer->getProperty()).stops[0].colour, RED);
 }
-
-TEST(GlowPass, OneDotAtSizeHalf)
-{
-    // G = 1, M = 2, one spread pass, no blur. Outer: 3 x 3 of 63, entry 193, alpha
-    // (int)(63 * 256 / 180) * 255 >> 8 = 88. Inner: the 255 around drowns the dot, and the
-    // spread clears columns 0 and W - 1 of the inner rows of the 5 x 5 output drawn at (3, 3).
-    const Mask dot = rect(11, 11, 5, 5, 6, 6);
-    FilterRun outer(dot), inner(dot);
-    outer.run(*glowOf(OUTER, 0.5f));
-    inner.run(*glowOf(INNER, 0.5f));
-    std::vector<unsigned char> outerAlpha(121, 0), innerAlpha(121, 0);
-    for (int y = 3; y <= 7; ++y)
-        for (int x = 3; x <= 7; ++x) {
-            const bool ring = x == 3 || x == 7 || y == 3 || y == 7;
-            outerAlpha[(size_t)y * 11 + x] = ring ? 0 : 88;
-            innerAlpha[(size_t)y * 11 + x] = (ring && y != 3 && y != 7) ? 0 : 255;
-        }
-    EXPECT_EQ(outer.alphaPlane(), outerAlpha);
-    EXPECT_EQ(inner.alphaPlane(), innerAlpha);
-}
-
-namespace {
-
-const std::vector<LmGradient> kSunset = {stop(0xFFFFE060, 0), stop(0xFFFF6020, 0.4f), stop(0xFF8010A0, 1)};
-const std::vector<LmGradient> kTwo = {stop(0xFF20C0FF, 0.1f), stop(0xFF2040A0, 0.9f, 0.6f)};
-// For the stack to clamp: positions outside 0..1 and unsorted, opacities above 1 and NaN.
-const std::vector<LmGradient> kWild = {stop(0xFF20C0FF, -0.5f, 2), stop(0xFFFF6020, 1.5f), stop(0xFF8010A0, 0.3f, NAN)};
-
-void add(LmEffect& s, int kind, float size, unsigned colour, const std::vector<LmGradient>& stops = {})
-{
-    auto add = kind == OUTER ? &LmEffect::addOuterGlowText : &LmEffect::addInnerGlowText;
-    (s.*add)(size, colour, 1, (int)stops.size(), const_cast<LmGradient*>(stops.data()));
-}
-
-// The text colour of the pass is white: dark glow colours show on it.
-const GoldenCase kGlowCases[] = {
-    {"outer_glow_1_glyph", goldenGlyph, [](LmEffect& s) { add(s, OUTER, 1, 0xFFD08000); }},
-    {"outer_glow_10_ring_stops", goldenRing, [](LmEffect& s) { add(s, OUTER, 10, 0, kSunset); }},
-    {"outer_glow_100_disc", goldenDisc, [](LmEffect& s) { add(s, OUTER, 100, 0xFF2060D0); }},
-    {"outer_glow_6_diagonal_twopass", goldenDiagonal, [](LmEffect& s) { add(s, OUTER, 6, 0xFFC02040); twoPass(s); }},
-    {"outer_glow_4_glyph_clamped_stops", goldenGlyph, [](LmEffect& s) { add(s, OUTER, 4, 0, kWild); }},
-    // No ink: the stack still grows the box by the glyph. The blur's 255 row ends dim the
-    // pixels near the frame (beyond the image) and near the image's edges instead of entry 1.
-    {"inner_glow_100_no_ink", [] { return rect(4, 4, 0, 0, 0, 0); }, [](LmEffect& s) { add(s, INNER, 100, 0xFF2040C0); }},
-    {"inner_glow_3_glyph", goldenGlyph, [](LmEffect& s) { add(s, INNER, 3, 0xFF2040C0); }},
-    {"inner_glow_8_ring_stops_twopass", goldenRing, [](LmEffect& s) { add(s, INNER, 8, 0, kSunset); twoPass(s); }},
-    {"inner_glow_100_disc_twopass", goldenDisc, [](LmEffect& s) { add(s, INNER, 100, 0xFFC02040, kTwo); twoPass(s); }},
-    {"glows_both_glyph_twopass", goldenGlyph, [](LmEffect& s) {
-         add(s, OUTER, 5, 0xFF2060D0);
-         add(s, INNER, 4, 0xFFD08000, kWild);
-         twoPass(s);
-     }},
-};
-
-class GlowGolden : public ::testing::TestWithParam<GoldenCase> {};
-
-} // namespace
-
-TEST_P(GlowGolden, MatchesTheStoredImage) { expectGoldenPass(GetParam()); }
-
-INSTANTIATE_TEST_SUITE_P(Passes, GlowGolden, ::testing::ValuesIn(kGlowCases), goldenName);

@@ -23,6 +23,7 @@
 #include <cmath>
 #include <functional>
 #include <memory>
+#include <random>
 #include <vector>
 
 namespace LmTest {
@@ -101,6 +102,20 @@ inline Mask rect(unsigned w, unsigned h, int l, int t, int r, int b, unsigned ch
     Mask m{w, h, std::vector<unsigned char>((size_t)w * h)};
     for (int y = t; y < b; ++y) std::fill_n(&m.pixels[(size_t)y * w + l], r - l, v);
     return m;
+}
+
+// Random masks for the same-bytes tests, kinds 0 to 6: empty, full, no pixel fully covered, one
+// pixel, noise, hairlines, glyph-like bars.
+inline Mask randomMask(int kind, unsigned w, unsigned h, std::mt19937& rng)
+{
+    auto pick = [&](double hi) { return std::uniform_real_distribution<double>(0, hi)(rng); };
+    Mask m{w, h, std::vector<unsigned char>((size_t)w * h, kind == 1 ? 255 : 0)};
+    for (auto& p : m.pixels)
+        if (kind == 2 || (kind == 4 && rng() % 2)) p = (unsigned char)(rng() % (kind == 2 ? 255 : 256));
+    if (kind == 3) m.pixels[rng() % m.pixels.size()] = (unsigned char)(1 + rng() % 255);
+    if (kind < 5) return m;
+    const double half = kind == 5 ? 0.1 + pick(0.5) : 1 + pick(2), ax = pick(w), ay = pick(h), bx = pick(w);
+    return rasterize(w, h, [=](double x, double y) { return segmentDistance(x, y, ax, ay, bx, (double)h) <= half; });
 }
 
 // A layer's post-processing of a mask into a cleared 32-bit target (the mask's size unless

@@ -1,7 +1,6 @@
 // The pattern fill: where a pixel falls in the tile, the bilinear sample and its shading.
 #include "filters/MaskFixtures.h"
 
-#include "effect/LmEffect.h"
 #include "effect/LmPatternProperty.h"
 #include "filters/LmPattern.h"
 
@@ -33,25 +32,6 @@ TEST(PatternLayer, TapsAndShading)
     } shades[] = {{{127, 253, 0, 0}, 1, 0x7F7E0000}, {{255, 10, 20, 30}, 0.5f, 0x7F050A0F}, {{255, 9, 9, 9}, NAN, 0},
                   {{255, 9, 9, 9}, -1, 0}, {{253, 253, 0, 0}, 2, 0xFAFF0101}};
     for (const auto& c : shades) EXPECT_EQ(LmPattern::shade(c.argb.data(), c.opacity), c.expected) << c.opacity;
-}
-
-TEST(PatternLayer, TilesFromTheBoxCorner)
-{
-    // 2 x 2 tile of A, R, G, B: opaque red, half-transparent green, clear, opaque white.
-    unsigned char bytes[] = {255, 255, 0, 0, 128, 0, 255, 0, 0, 0, 0, 0, 255, 255, 255, 255};
-    LmBitmap tile(2, 2, bytes, 4);
-    LmEffect stack;
-    stack.addPatternText(&tile, 1, 1);
-    tile.pixels[0] = 0; // the layer keeps its own copy
-    LmECore* layer = stack.getEffect(LM_EFFECT_PATTERN);
-    layer->setProperty(layer->getProperty());
-    FilterRun run(rect(8, 6, 3, 1, 8, 6));
-    EXPECT_EQ(run.run(*layer), 1);
-    auto pixel = [&](int x, int y) { return std::vector<int>(&run.target.pixels[(y * 8 + x) * 4], &run.target.pixels[(y * 8 + x) * 4 + 4]); };
-    EXPECT_EQ(pixel(3, 1), std::vector<int>({251, 0, 0, 253})); // a uniform 255 samples to 253
-    EXPECT_EQ(pixel(4, 1), std::vector<int>({0, 126, 0, 127}));
-    EXPECT_EQ(pixel(6, 4), pixel(4, 2));
-    EXPECT_EQ(pixel(2, 1), std::vector<int>({0, 0, 0, 0})); // outside the box
 }
 
 TEST(PatternLayer, BadTilesAndScales)

@@ -12,19 +12,6 @@ using namespace LmTest;
 
 namespace {
 
-// Kinds: empty, full, no pixel fully covered, one pixel, noise, hairlines, glyph-like bars.
-Mask randomMask(int kind, unsigned w, unsigned h, std::mt19937& rng)
-{
-    auto pick = [&](double hi) { return std::uniform_real_distribution<double>(0, hi)(rng); };
-    Mask m{w, h, std::vector<unsigned char>((size_t)w * h, kind == 1 ? 255 : 0)};
-    for (auto& p : m.pixels)
-        if (kind == 2 || (kind == 4 && rng() % 2)) p = (unsigned char)(rng() % (kind == 2 ? 255 : 256));
-    if (kind == 3) m.pixels[rng() % m.pixels.size()] = (unsigned char)(1 + rng() % 255);
-    if (kind < 5) return m;
-    const double half = kind == 5 ? 0.1 + pick(0.5) : 1 + pick(2), ax = pick(w), ay = pick(h), bx = pick(w);
-    return rasterize(w, h, [=](double x, double y) { return segmentDistance(x, y, ax, ay, bx, (double)h) <= half; });
-}
-
 // Both workers of each position over the mask: the source inside a larger buffer, the rows split
 // in two calls, the destination starting with random bytes.
 void expectSameBytes(const Mask& m, float r, std::mt19937& rng)

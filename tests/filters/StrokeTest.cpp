@@ -4,7 +4,6 @@
 
 #include <cmath>
 #include <cstdlib>
-#include <cstring>
 
 using namespace LmFontEffect;
 using namespace LmTest;
@@ -23,14 +22,13 @@ struct Kernel {
 
 TEST(StrokeKernel, WorkedRadii)
 {
-    // Below radius 1 the centre carries the radius itself: a faint sub-pixel stroke. At radius 1
-    // the corner is 1 - sqrt 2 + 1 = 0.5858.
+    // Below radius 1 the centre carries the radius itself: a faint sub-pixel stroke (the stroke
+    // goldens pin the kernels from radius 1 up).
     const struct {
         float r;
         int k, x, y, value;
     } cases[] = {{0.5f, 3, 1, 1, 128}, {0.5f, 3, 0, 1, 128}, {0.5f, 3, 0, 0, 22}, {0.0f, 1, 0, 0, 0},
-                 {1.0f, 3, 1, 1, 255}, {1.0f, 3, 2, 1, 255}, {1.0f, 3, 0, 0, 149}, {1.5f, 5, 2, 0, 128},
-                 {1.5f, 5, 0, 0, 0},   {std::nanf(""), 1, 0, 0, 0}};
+                 {std::nanf(""), 1, 0, 0, 0}};
     for (const auto& c : cases) {
         Kernel kernel(c.r);
         ASSERT_EQ(kernel.k, c.k) << c.r;
@@ -40,22 +38,12 @@ TEST(StrokeKernel, WorkedRadii)
     EXPECT_EQ(Kernel(1e9f).bytes, nullptr);
 }
 
+// Halves round up (the goldens pin the centre and inside margins).
 TEST(StrokeLayer, Offsets)
 {
-    EXPECT_EQ(strokeOf(3, CENTRE)->getLeftOffset(), 2); // 1.5 + 0.5
-    EXPECT_EQ(strokeOf(1, OUTSIDE)->getOffset(), 1);
-    EXPECT_EQ(strokeOf(100, INSIDE)->getOffset(), 0);
+    EXPECT_EQ(strokeOf(1.5f, OUTSIDE)->getOffset(), 2);
     EXPECT_EQ(strokeOf(7, 5)->getOffset(), 0);
     EXPECT_EQ(strokeOf(std::nanf(""), OUTSIDE)->getOffset(), 0);
-}
-
-TEST(StrokeLayer, SizeZeroDrawsNothingVisible)
-{
-    for (int position : {CENTRE, OUTSIDE, INSIDE}) {
-        FilterRun run(disc(24, 8));
-        EXPECT_EQ(run.run(*strokeOf(0, position)), 1);
-        EXPECT_TRUE(run.untouched()) << position;
-    }
 }
 
 TEST(StrokeLayer, InsideStrokeReachesBeyondTheBox)
@@ -66,27 +54,4 @@ TEST(StrokeLayer, InsideStrokeReachesBeyondTheBox)
     run.run(*strokeOf(2, INSIDE));
     // Inside, 2 from the empty border is full and 3 from it empty.
     run.expectAlphas({{9, 15, 255}, {8, 15, 0}, {15, 20, 255}, {15, 21, 0}, {13, 15, 255}, {14, 15, 0}});
-}
-
-TEST(StrokeLayer, CentreStrokeIsTheOverlapOfBothDilations)
-{
-    FilterRun run(rect(20, 20, 5, 5, 10, 10));
-    LmBitmap second(20, 20, 4);
-    run.run(*strokeOf(2, CENTRE), 1, &second); // r = 1
-    run.expectAlphas({{4, 7, 255}, {5, 7, 255}, {6, 7, 0}, {4, 4, 149}, {3, 7, 0}});
-    EXPECT_EQ(0, std::memcmp(second.pixels, run.target.pixels, 20 * 20 * 4));
-}
-
-TEST(StrokeLayer, BlendModeFollowsPositionAndCompositeMode)
-{
-    // Over opaque blue a source-over stroke shows, a destination-over one does not.
-    const struct {
-        int position, compositeMode, red;
-    } cases[] = {{CENTRE, 0, 255}, {CENTRE, 1, 0}, {OUTSIDE, 0, 0}, {INSIDE, 0, 0}};
-    for (const auto& c : cases) {
-        FilterRun run(rect(16, 16, 5, 5, 11, 11));
-        for (size_t i = 0; i < 16 * 16; ++i) run.target.pixels[i * 4 + 2] = run.target.pixels[i * 4 + 3] = 255;
-        run.run(*strokeOf(2, c.position), c.compositeMode);
-        EXPECT_EQ(run.target.pixels[(5 * 16 + 5) * 4], c.red) << c.position << " " << c.compositeMode;
-    }
 }

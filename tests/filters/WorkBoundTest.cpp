@@ -14,44 +14,39 @@
 using namespace LmFontEffect;
 using namespace LmTest;
 
-TEST(WorkBound, LargestRecordsOnALargeBoxAreRefused)
-{
-    LmBevelProperty bevel(0, 1000.0f, 3, 1, 0, 0, 1, 120, 30, 0xFF000080, 1, 0xFFFFFFFF, 1);
-    std::unique_ptr<LmECore> layers[] = {strokeOf(1000, OUTSIDE), strokeOf(1000, INSIDE), outerOf(120, 5, 1000),
-                                         glowOf(3, 1000), glowOf(2, 1000), std::make_unique<LmBevel>()};
-    layers[5]->setProperty(&bevel);
-    const char* names[] = {"stroke", "stroke", "outer shadow", "outer glow", "inner glow", "bevel or emboss"};
-    for (int i = 0; i < 6; ++i) {
-        FilterRun run(rect(2000, 1000, 0, 0, 2000, 1000));
-        LogCapture log;
-        Error::SetError(0);
-        EXPECT_TRUE(run.run(*layers[i]) == 0 && Error::GetError() == 3 && run.untouched()) << names[i];
-        ASSERT_EQ(log.lines().size(), 1u) << names[i];
-        EXPECT_NE(log.lines()[0].message.find(std::string(names[i]) + " refused"), std::string::npos);
-    }
-    // The same stroke on a small box is drawn.
-    FilterRun small(rect(8, 8, 3, 3, 5, 5), 8, 8);
-    Error::SetError(0);
-    EXPECT_TRUE(small.run(*strokeOf(1000, OUTSIDE)) == 1 && Error::GetError() == 0);
-    small.expectAlphas({{0, 0, 255}, {7, 7, 255}});
-}
-
 // The windowed searches of an outside chiselled bevel or emboss cost about their reach per pixel
 // of a canvas that grows with it: raw sizes of a few hundred on small text are refused too.
-TEST(WorkBound, WideReliefSearchesAreRefusedEvenOnSmallText)
+TEST(WorkBound, HugeWorkIsRefusedWithAWarning)
 {
-    LmBevelProperty bevel(2, 514.0f, 3, 1, 1, 16, 1, 120, 30, 0xFF000080, 1, 0xFFFFFFFF, 1);
-    LmEmbossProperty emboss(2, 1000.0f, 3, 1, 1, 0, 1, 120, 30, 0xFF000080, 1, 0xFFFFFFFF, 1);
-    LmBevel b;
-    LmEmboss e;
-    b.setProperty(&bevel);
-    e.setProperty(&emboss);
-    for (LmECore* layer : {static_cast<LmECore*>(&b), static_cast<LmECore*>(&e)}) {
-        FilterRun run(rect(40, 20, 5, 5, 35, 15), 64, 64);
+    const Mask large = rect(2000, 1000, 0, 0, 2000, 1000), small = rect(40, 20, 5, 5, 35, 15);
+    const LmBevelProperty bevel(0, 1000.0f, 3, 1, 0, 0, 1, 120, 30, 0xFF000080, 1, 0xFFFFFFFF, 1);
+    const LmBevelProperty wideBevel(2, 514.0f, 3, 1, 1, 16, 1, 120, 30, 0xFF000080, 1, 0xFFFFFFFF, 1);
+    const LmEmbossProperty wideEmboss(2, 1000.0f, 3, 1, 1, 0, 1, 120, 30, 0xFF000080, 1, 0xFFFFFFFF, 1);
+    const struct {
+        std::unique_ptr<LmECore> layer;
+        const Mask& mask;
+        const char* message;
+    } cases[] = {
+        {strokeOf(1000, OUTSIDE), large, "stroke refused"},
+        {strokeOf(1000, INSIDE), large, "stroke refused"},
+        {outerOf(120, 5, 1000), large, "outer shadow refused"},
+        {glowOf(3, 1000), large, "outer glow refused"},
+        {glowOf(4, 1000), large, "inner glow refused"},
+        {layerWith<LmBevel>(bevel), large, "bevel or emboss refused"},
+        {layerWith<LmBevel>(wideBevel), small, "bevel or emboss search refused"},
+        {layerWith<LmEmboss>(wideEmboss), small, "bevel or emboss search refused"},
+    };
+    for (const auto& c : cases) {
+        FilterRun run(c.mask, &c.mask == &small ? 64 : 0, &c.mask == &small ? 64 : 0);
         LogCapture log;
         Error::SetError(0);
-        EXPECT_TRUE(run.run(*layer) == 0 && Error::GetError() == 3 && run.untouched());
-        ASSERT_EQ(log.lines().size(), 1u);
-        EXPECT_NE(log.lines()[0].message.find("bevel or emboss search refused"), std::string::npos);
+        EXPECT_TRUE(run.run(*c.layer) == 0 && Error::GetError() == 3 && run.untouched()) << c.message;
+        ASSERT_EQ(log.lines().size(), 1u) << c.message;
+        EXPECT_NE(log.lines()[0].message.find(c.message), std::string::npos);
     }
+    // The same stroke on a small box is drawn.
+    FilterRun drawn(rect(8, 8, 3, 3, 5, 5), 8, 8);
+    Error::SetError(0);
+    EXPECT_TRUE(drawn.run(*strokeOf(1000, OUTSIDE)) == 1 && Error::GetError() == 0);
+    drawn.expectAlphas({{0, 0, 255}, {7, 7, 255}});
 }
