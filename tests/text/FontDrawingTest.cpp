@@ -41,12 +41,11 @@ protected:
     void TearDown() override { freshFontManager(false); }
 
     // Draws one line of `text` at pen x and returns the object's last line mask.
-    const LmGlyph* drawLine(LmTextObject& object, const wchar_t* text, int end, LmPaint paint, int x = 4,
-                            const char* font = kSansPath)
+    const LmGlyph* drawLine(LmTextObject& object, const wchar_t* text, int end, LmPaint paint, int x = 4)
     {
         object.Construct();
         object.SetText(text);
-        object.SetFont(font);
+        object.SetFont(kSansPath);
         object.SetPaint(paint);
         object.GetView()->SetSize(200, 80);
         giveLines(object, {newLine(x, 50, 0, end)});
@@ -164,24 +163,4 @@ TEST_F(FontDrawing, ALineWiderThan16BitsIsDrawnWhole)
     for (size_t i = 0; i < (size_t)g->width * g->height; i++) ink[i % g->width * 4 / g->width] += g->pixels[i];
     EXPECT_GT(ink[0], 1000);
     EXPECT_NEAR(ink[0], ink[3], ink[0] / 20);
-}
-
-TEST_F(FontDrawing, WholeInkMasksSpanTheOutlinesOwnBounds)
-{
-    // Oblique and synthetic italic "jf" at 300 px: the 'j' hooks left of the pen, the 'f' leans
-    // past the advance. The kept mask spans the union of the outlines' boxes where the font puts it.
-    for (auto c : {std::make_pair(kSansObliquePath, false), std::make_pair(kSansPath, true)}) {
-        LmTextObject object;
-        drawLine(object, L"jf", 2, paintOf(300.0f), 4, c.first);
-        object.SetTextStyle(false, c.second);
-        object.SetKeepWholeInk(true);
-        object.RenderTextEffect(200, 80);
-        const LmGlyph* g = static_cast<const LmGlyph*>(object.GetFont()->GetGlyphList()->Get(0));
-        auto typeface = LmTypeface::createFromFamilies({familyOf(c.first)}, 400, c.second);
-        const uint16_t jf[] = {'j', 'f'};
-        const LmLayout layout = LmLayoutUtils::doLayout(paintOf(300.0f), 2, typeface.get(), jf, 2, 0, 2, 0, 2);
-        ASSERT_GT(layout.getBounds().right, layout.getAdvance() + 10.0f);
-        EXPECT_EQ((int)layout.getBounds().left, g->leftBearing) << c.first;
-        EXPECT_EQ((uint32_t)(layout.getBounds().right - layout.getBounds().left), g->width) << c.first;
-    }
 }
