@@ -43,11 +43,7 @@ protected:
     // Draws one line of `text` at pen x and returns the object's last line mask.
     const LmGlyph* drawLine(LmTextObject& object, const wchar_t* text, int end, LmPaint paint, int x = 4)
     {
-        object.Construct();
-        object.SetText(text);
-        object.SetFont(kSansPath);
-        object.SetPaint(paint);
-        object.GetView()->SetSize(200, 80);
+        prepareText(object, text, paint, 200, 80);
         giveLines(object, {newLine(x, 50, 0, end)});
         object.RenderTextEffect(200, 80);
         List* glyphs = object.GetFont()->GetGlyphList();

@@ -90,6 +90,18 @@ inline LmFontEffect::LmPaint paintOf(float size)
     return paint;
 }
 
+// A constructed object showing `text` with the paint on a view of w x h; without a font path
+// the caller registers one itself.
+inline void prepareText(LmFontEffect::LmTextObject& object, const wchar_t* text, LmFontEffect::LmPaint paint, int w,
+                        int h, const char* font = kSansPath)
+{
+    ASSERT_EQ(1, object.Construct());
+    ASSERT_EQ(1, object.SetText(text));
+    ASSERT_EQ(1, font ? object.SetFont(font) : 1);
+    object.SetPaint(paint);
+    ASSERT_EQ(1, object.GetView()->SetSize(w, h));
+}
+
 // A system family record as the bridge builds it, every font weight 500 and italic.
 inline LmFontEffect::LmFontFamily* makeFamily(uint32_t localeListId, int variant, std::vector<const char*> paths)
 {
