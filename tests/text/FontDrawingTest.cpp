@@ -27,14 +27,6 @@ LmGlyph* solidGlyph(uint16_t w, uint16_t h, int top, int bearing, unsigned char 
     return g;
 }
 
-// Row y of the mask as '#' for ink and '.' for none.
-std::string row(const LmBitmap* mask, int y, int width)
-{
-    std::string s;
-    for (int x = 0; x < width; x++) s += mask->pixels[(size_t)y * mask->width + x] ? '#' : '.';
-    return s;
-}
-
 class FontDrawing : public ::testing::Test {
 protected:
     void SetUp() override { freshFontManager(false); }
@@ -83,7 +75,7 @@ TEST(FontDrawingPlacement, GlyphsGoToTheirPlaceInListOrderOrBackwards)
         // Forwards A at (5, 9), then B at (5 + 3 + 1, 10); backwards B at (5 + 1, 10), then A at (5 + 2, 9).
         const char* const rows[2][3] = {{".....###............", ".....###.##.........", ".........##........."},
                                         {".......###..........", "......####..........", "......##............"}};
-        for (int y = 9; y < 12; y++) EXPECT_EQ(rows[direction < 0][y - 9], row(mask, y, 20)) << direction;
+        for (int y = 9; y < 12; y++) EXPECT_EQ(rows[direction < 0][y - 9], inkRow(mask->pixels, mask->width, y)) << direction;
         EXPECT_EQ(9, effect.getTextRect()->top);
         EXPECT_EQ(12, effect.getTextRect()->bottom);
         drawing._DoRender(0, 0, 0, nullptr, &effect, 1);
@@ -94,7 +86,7 @@ TEST(FontDrawingPlacement, GlyphsGoToTheirPlaceInListOrderOrBackwards)
     effect.initEffect(4, 4);
     LmFontDrawing drawing;
     drawing._DoRender(0, 64, 64, drawing.GetGlyphList(), &effect, 1);
-    EXPECT_EQ("....", row(effect.getSrcBitmap(), 1, 4));
+    EXPECT_EQ("....", inkRow(effect.getSrcBitmap()->pixels, 4, 1));
 }
 
 TEST_F(FontDrawing, MissingTextLeavesTheTargetAlone)

@@ -21,13 +21,7 @@ struct Raster {
         const unsigned char* p = &px[((size_t)y * w + x) * 4];
         return (uint32_t)p[0] << 24 | p[1] << 16 | p[2] << 8 | p[3];
     }
-    // Row y as '#' where a pixel has alpha and '.' where it has none.
-    std::string row(int y) const
-    {
-        std::string out;
-        for (int x = 0; x < w; x++) out += (rgba(x, y) & 0xFF) ? '#' : '.';
-        return out;
-    }
+    std::string row(int y) const { return inkRow(px.data(), w, y, 4); }
     bool blank() const { return std::all_of(px.begin(), px.end(), [](unsigned char c) { return c == 0; }); }
     int w;
     std::vector<unsigned char> px;
