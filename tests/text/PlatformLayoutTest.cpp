@@ -32,23 +32,6 @@ std::vector<uint32_t> sansIds(const std::u16string& chars)
     return ids;
 }
 
-// Records the runs forFontRun hands out, with the paint state seen inside each.
-struct RunRecorder {
-    explicit RunRecorder(LmPaint* p) : paint(p) {}
-    LmPaint* paint;
-    std::vector<std::pair<unsigned, unsigned>> runs;
-    std::vector<LmPlatformFont*> fonts;
-    std::vector<float> skews;
-    std::vector<bool> embolden;
-    void operator()(unsigned start, unsigned end)
-    {
-        runs.emplace_back(start, end);
-        fonts.push_back(paint->getRunFont().get());
-        skews.push_back(paint->getTextSkewX());
-        embolden.push_back(paint->isEmbolden());
-    }
-};
-
 } // namespace
 
 // Plain advances, positions and whole-pixel bounds are pinned by the goldens.
@@ -158,14 +141,24 @@ TEST(PlatformLayout, ForFontRunSplitsByFontAppliesFakeryAndRestoresThePaint)
     EXPECT_TRUE(l.getFakery(0).fakeBold);
     EXPECT_TRUE(l.getFakery(1).fakeItalic);
 
-    RunRecorder rec(&paint);
-    LmLayoutUtils::forFontRun(l, &paint, rec);
-    EXPECT_EQ((std::vector<std::pair<unsigned, unsigned>>{{0, 1}, {1, 2}, {2, 3}}), rec.runs);
+    // The runs forFontRun hands out, with the paint state seen inside each.
+    std::vector<std::pair<unsigned, unsigned>> runs;
+    std::vector<LmPlatformFont*> fonts;
+    std::vector<float> skews;
+    std::vector<bool> embolden;
+    auto record = [&](unsigned start, unsigned end) {
+        runs.emplace_back(start, end);
+        fonts.push_back(paint.getRunFont().get());
+        skews.push_back(paint.getTextSkewX());
+        embolden.push_back(paint.isEmbolden());
+    };
+    LmLayoutUtils::forFontRun(l, &paint, record);
+    EXPECT_EQ((std::vector<std::pair<unsigned, unsigned>>{{0, 1}, {1, 2}, {2, 3}}), runs);
     EXPECT_EQ((std::vector<LmPlatformFont*>{loadFont(kSansPath).get(), loadFont(kCjkPath).get(),
                                             loadFont(kSansPath).get()}),
-              rec.fonts);
-    for (float skew : rec.skews) EXPECT_FLOAT_EQ(-0.35f, skew);
-    EXPECT_EQ(std::vector<bool>(3, true), rec.embolden);
+              fonts);
+    for (float skew : skews) EXPECT_FLOAT_EQ(-0.35f, skew);
+    EXPECT_EQ(std::vector<bool>(3, true), embolden);
     EXPECT_FLOAT_EQ(-0.1f, paint.getTextSkewX());
     EXPECT_FALSE(paint.isEmbolden());
 
@@ -176,6 +169,6 @@ TEST(PlatformLayout, ForFontRunSplitsByFontAppliesFakeryAndRestoresThePaint)
     EXPECT_FLOAT_EQ(p.getAdvance(), f.getAdvance());
 
     LmLayout empty;
-    LmLayoutUtils::forFontRun(empty, &paint, rec);
-    EXPECT_EQ(3u, rec.runs.size());
+    LmLayoutUtils::forFontRun(empty, &paint, record);
+    EXPECT_EQ(3u, runs.size());
 }
