@@ -41,19 +41,12 @@ bool GoldenImage::readPng(const std::string& path, unsigned* width, unsigned* he
     return true;
 }
 
-bool GoldenImage::updateRequested()
-{
-    const char* v = std::getenv("LM_UPDATE_GOLDEN");
-    return v && std::strcmp(v, "1") == 0;
-}
-
-std::string GoldenImage::pathOf(const std::string& name) { return sourceDir() + "/golden/" + name + ".png"; }
-
 ::testing::AssertionResult GoldenImage::matches(const std::string& name, unsigned width, unsigned height,
                                                 const unsigned char* rgba)
 {
-    const std::string path = pathOf(name);
-    if (updateRequested()) {
+    const std::string path = sourceDir() + "/golden/" + name + ".png";
+    const char* update = std::getenv("LM_UPDATE_GOLDEN");
+    if (update && std::strcmp(update, "1") == 0) {
         if (!writePng(path, width, height, rgba)) return ::testing::AssertionFailure() << "cannot write " << path;
         return ::testing::AssertionSuccess() << "updated " << path;
     }

@@ -17,9 +17,6 @@ public:
     static bool writePng(const std::string& path, unsigned width, unsigned height, const unsigned char* rgba);
     static bool readPng(const std::string& path, unsigned* width, unsigned* height, std::vector<unsigned char>* rgba);
 
-    static bool updateRequested();
-    static std::string pathOf(const std::string& name);
-
     // Compares the image with tests/golden/<name>.png. On a mismatch the image is written as
     // golden-actual/<name>.png below the working folder, and the message says where.
     static ::testing::AssertionResult matches(const std::string& name, unsigned width, unsigned height,

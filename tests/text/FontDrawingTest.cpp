@@ -27,28 +27,15 @@ LmGlyph* solidGlyph(uint16_t w, uint16_t h, int top, int bearing, unsigned char 
     return g;
 }
 
-// Row y of the mask as '#' for ink and '.' for none.
-std::string row(const LmBitmap* mask, int y, int width)
-{
-    std::string s;
-    for (int x = 0; x < width; x++) s += mask->pixels[(size_t)y * mask->width + x] ? '#' : '.';
-    return s;
-}
-
 class FontDrawing : public ::testing::Test {
 protected:
     void SetUp() override { freshFontManager(false); }
     void TearDown() override { freshFontManager(false); }
 
     // Draws one line of `text` at pen x and returns the object's last line mask.
-    const LmGlyph* drawLine(LmTextObject& object, const wchar_t* text, int end, LmPaint paint, int x = 4,
-                            const char* font = kSansPath)
+    const LmGlyph* drawLine(LmTextObject& object, const wchar_t* text, int end, LmPaint paint, int x = 4)
     {
-        object.Construct();
-        object.SetText(text);
-        object.SetFont(font);
-        object.SetPaint(paint);
-        object.GetView()->SetSize(200, 80);
+        prepareText(object, text, paint, 200, 80);
         giveLines(object, {newLine(x, 50, 0, end)});
         object.RenderTextEffect(200, 80);
         List* glyphs = object.GetFont()->GetGlyphList();
@@ -88,7 +75,7 @@ TEST(FontDrawingPlacement, GlyphsGoToTheirPlaceInListOrderOrBackwards)
         // Forwards A at (5, 9), then B at (5 + 3 + 1, 10); backwards B at (5 + 1, 10), then A at (5 + 2, 9).
         const char* const rows[2][3] = {{".....###............", ".....###.##.........", ".........##........."},
                                         {".......###..........", "......####..........", "......##............"}};
-        for (int y = 9; y < 12; y++) EXPECT_EQ(rows[direction < 0][y - 9], row(mask, y, 20)) << direction;
+        for (int y = 9; y < 12; y++) EXPECT_EQ(rows[direction < 0][y - 9], inkRow(mask->pixels, mask->width, y)) << direction;
         EXPECT_EQ(9, effect.getTextRect()->top);
         EXPECT_EQ(12, effect.getTextRect()->bottom);
         drawing._DoRender(0, 0, 0, nullptr, &effect, 1);
@@ -99,7 +86,7 @@ TEST(FontDrawingPlacement, GlyphsGoToTheirPlaceInListOrderOrBackwards)
     effect.initEffect(4, 4);
     LmFontDrawing drawing;
     drawing._DoRender(0, 64, 64, drawing.GetGlyphList(), &effect, 1);
-    EXPECT_EQ("....", row(effect.getSrcBitmap(), 1, 4));
+    EXPECT_EQ("....", inkRow(effect.getSrcBitmap()->pixels, 4, 1));
 }
 
 TEST_F(FontDrawing, MissingTextLeavesTheTargetAlone)
@@ -164,24 +151,4 @@ TEST_F(FontDrawing, ALineWiderThan16BitsIsDrawnWhole)
     for (size_t i = 0; i < (size_t)g->width * g->height; i++) ink[i % g->width * 4 / g->width] += g->pixels[i];
     EXPECT_GT(ink[0], 1000);
     EXPECT_NEAR(ink[0], ink[3], ink[0] / 20);
-}
-
-TEST_F(FontDrawing, WholeInkMasksSpanTheOutlinesOwnBounds)
-{
-    // Oblique and synthetic italic "jf" at 300 px: the 'j' hooks left of the pen, the 'f' leans
-    // past the advance. The kept mask spans the union of the outlines' boxes where the font puts it.
-    for (auto c : {std::make_pair(kSansObliquePath, false), std::make_pair(kSansPath, true)}) {
-        LmTextObject object;
-        drawLine(object, L"jf", 2, paintOf(300.0f), 4, c.first);
-        object.SetTextStyle(false, c.second);
-        object.SetKeepWholeInk(true);
-        object.RenderTextEffect(200, 80);
-        const LmGlyph* g = static_cast<const LmGlyph*>(object.GetFont()->GetGlyphList()->Get(0));
-        auto typeface = LmTypeface::createFromFamilies({familyOf(c.first)}, 400, c.second);
-        const uint16_t jf[] = {'j', 'f'};
-        const LmLayout layout = LmLayoutUtils::doLayout(paintOf(300.0f), 2, typeface.get(), jf, 2, 0, 2, 0, 2);
-        ASSERT_GT(layout.getBounds().right, layout.getAdvance() + 10.0f);
-        EXPECT_EQ((int)layout.getBounds().left, g->leftBearing) << c.first;
-        EXPECT_EQ((uint32_t)(layout.getBounds().right - layout.getBounds().left), g->width) << c.first;
-    }
 }

@@ -21,13 +21,7 @@ struct Raster {
         const unsigned char* p = &px[((size_t)y * w + x) * 4];
         return (uint32_t)p[0] << 24 | p[1] << 16 | p[2] << 8 | p[3];
     }
-    // Row y as '#' where a pixel has alpha and '.' where it has none.
-    std::string row(int y) const
-    {
-        std::string out;
-        for (int x = 0; x < w; x++) out += (rgba(x, y) & 0xFF) ? '#' : '.';
-        return out;
-    }
+    std::string row(int y) const { return inkRow(px.data(), w, y, 4); }
     bool blank() const { return std::all_of(px.begin(), px.end(), [](unsigned char c) { return c == 0; }); }
     int w;
     std::vector<unsigned char> px;
@@ -81,21 +75,6 @@ TEST(PlatformCanvas, RectanglesFillThePixelsWhoseCentresLieInsideTheClip)
     EXPECT_EQ("....", h.row(1));
 }
 
-TEST(PlatformCanvas, SourceOverOfUnpremultipliedColours)
-{
-    // Each case paints the colours in turn over a transparent pixel.
-    const struct { std::vector<uint32_t> colours; uint32_t want; } cases[] = {
-        {{0xFF0000FFu, 0x80FF0000u}, 0x80007FFFu},  // half red over blue: alpha stays opaque
-        {{0x40336699u, 0x40336699u}, 0x33669970u},  // quarter over quarter
-        {{0x40336699u, 0x00FFFFFFu}, 0x33669940u},  // fully transparent paint changes nothing
-    };
-    for (const auto& c : cases) {
-        Raster r(1, 1);
-        for (uint32_t colour : c.colours) r.canvas.drawRect(0, 0, 1, 1, colour);
-        EXPECT_EQ(c.want, r.rgba(0, 0)) << std::hex << c.colours.back();
-    }
-}
-
 // The render draws its composite whole at (0, 0); other offsets must only stay inside.
 TEST(PlatformCanvas, ImagesAreClippedAndDegenerateOnesDrawNothing)
 {
@@ -117,14 +96,11 @@ TEST(PlatformCanvas, ImagesAreClippedAndDegenerateOnesDrawNothing)
 TEST(PlatformFont, LoadsFaceWithStyleAndMetrics)
 {
     auto sans = loadFont(kSansPath);
-    auto bold = loadFont(kSansBoldPath);
     auto oblique = loadFont(kSansObliquePath);
-    ASSERT_TRUE(sans && bold && oblique);
+    ASSERT_TRUE(sans && oblique);
     EXPECT_FALSE(sans->IsNaturalItalic());
     EXPECT_TRUE(oblique->IsNaturalItalic());
-    // Ascent above the baseline is negative; the tool's goldens place lines by these metrics.
-    EXPECT_LT(sans->GetAscent(48.0f), 0.0f);
-    EXPECT_GT(sans->GetDescent(48.0f), 0.0f);
+    // The metrics' values are pinned by the tool's goldens, which place lines by them.
     EXPECT_EQ(0.0f, sans->GetAscent(std::numeric_limits<float>::quiet_NaN()));
 }
 
@@ -141,7 +117,8 @@ TEST(PlatformFont, RejectsUnusableBytesWithoutCrashing)
     // Random bytes: font manager test; damaged fonts that open: end-to-end bad-font test.
 }
 
-TEST(PlatformFont, GlyphBoundsHoldTheDrawnInk)
+// Where the ink lies within its box is pinned by the goldens.
+TEST(PlatformFont, GlyphBoundsOnlyForOutlinesAtUsableSizes)
 {
     auto sans = loadFont(kSansPath);
     const uint32_t g = sans->GetGlyphId('g');
@@ -149,19 +126,7 @@ TEST(PlatformFont, GlyphBoundsHoldTheDrawnInk)
     ASSERT_TRUE(sans->GetGlyphBounds(g, styleOf(40.0f), &box));
     EXPECT_LT(box.top, 0.0f);     // rises above the baseline
     EXPECT_GT(box.bottom, 0.0f);  // and descends below it
-
     std::vector<unsigned char> mask;
-    const float x = 8.0f, y = 48.0f;
-    ASSERT_GT(inkOf(*sans, g, styleOf(40.0f), &mask, 64, 64, x, y), 0);
-    for (int row = 0; row < 64; row++) {
-        for (int col = 0; col < 64; col++) {
-            if (!mask[row * 64 + col]) continue;
-            EXPECT_GE(col + 1, x + box.left);
-            EXPECT_LE(col, x + box.right);
-            EXPECT_GE(row + 1, y + box.top);
-            EXPECT_LE(row, y + box.bottom);
-        }
-    }
     // A space has no outline and no box.
     EXPECT_FALSE(sans->GetGlyphBounds(sans->GetGlyphId(' '), styleOf(40.0f), &box));
     EXPECT_TRUE(box.empty());
@@ -172,7 +137,7 @@ TEST(PlatformFont, GlyphBoundsHoldTheDrawnInk)
     }
 }
 
-TEST(PlatformFont, EmboldenSkewAndAliasingChangeCoverage)
+TEST(PlatformFont, EmboldenAndAliasingChangeCoverage)
 {
     auto sans = loadFont(kSansPath);
     const uint32_t g = sans->GetGlyphId('H');
@@ -182,15 +147,6 @@ TEST(PlatformFont, EmboldenSkewAndAliasingChangeCoverage)
     LmGlyphStyle bold = styleOf(40.0f);
     bold.embolden = true;
     EXPECT_GT(inkOf(*sans, g, bold, &other), base + base / 10);
-
-    // Skew keeps the area of the glyph but leans it: the top row moves right.
-    LmGlyphStyle skew = styleOf(40.0f);
-    skew.skewX = -0.25f;
-    LmGlyphBox upright, leaning;
-    sans->GetGlyphBounds(g, styleOf(40.0f), &upright);
-    sans->GetGlyphBounds(g, skew, &leaning);
-    EXPECT_NEAR(upright.right - upright.top * 0.25f, leaning.right, 0.05f);
-    EXPECT_NEAR(upright.left, leaning.left, 0.05f);  // the bottom sits on the baseline
 
     LmGlyphStyle aliased = styleOf(40.0f);
     aliased.antiAlias = false;

@@ -1,7 +1,6 @@
 #include "text/TextTestSupport.h"
 
 #include "foundation/NativeError.h"
-#include "platform/LmLocaleListRegistry.h"
 #include "support/TestSupport.h"
 #include "text/LmFontDrawing.h"
 #include "text/LmScriptLocales.h"
@@ -115,30 +114,4 @@ TEST(ScriptLocales, EachScriptRunAsksForItsLocales)
     for (size_t i = 0; i < std::size(cases); i++)
         EXPECT_EQ(LmScriptLocales::Collect(cases[i].first.data(), (int)cases[i].first.size()), cases[i].second) << i;
     EXPECT_EQ(LmScriptLocales::Collect(nullptr, 5), Tags{});
-}
-
-TEST(TextObjectLocales, SettingTextLoadsTheFallbackFamiliesItsScriptsNeed)
-{
-    freshFontManager(false);
-    auto* list = new List();
-    list->Construct();
-    std::vector<LmFontFamily*> families;
-    for (const char* tags : {"zh-Hans", "ja", "und-Arab"}) {
-        families.push_back(makeFamily(LmLocaleListRegistry::registerLocaleList(tags), 0, {kCjkPath}));
-        list->Add(families.back());
-    }
-    ASSERT_TRUE(FontManager::GetInstance()->SetSystemFontFamilies(list));
-    auto loaded = [&] { return std::vector<int>{families[0]->loaded, families[1]->loaded, families[2]->loaded}; };
-
-    LmTextObject text;
-    ASSERT_EQ(text.Construct(), 1);
-    ASSERT_EQ(text.SetText(L"Latin only 42"), 1);
-    EXPECT_EQ(loaded(), (std::vector<int>{0, 0, 0}));
-    ASSERT_EQ(text.SetText(L"Hello \u4F60\u597D"), 1);
-    EXPECT_EQ(loaded(), (std::vector<int>{1, 0, 0}));
-    LmString arabic;
-    arabic.Construct(L"\u0645\u0631\u062D\u0628\u0627");
-    ASSERT_EQ(text.SetText(&arabic), 1);
-    EXPECT_EQ(loaded(), (std::vector<int>{1, 0, 1}));
-    freshFontManager(false);
 }

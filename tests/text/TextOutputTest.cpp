@@ -19,13 +19,8 @@ TEST(RenderFinish, InPlaceFinishGivesTheBytesOfTheGeneralOne)
         std::vector<uint32_t> images[2];
         for (int general = 0; general < 2; ++general) {
             LmTextObject object;
-            ASSERT_EQ(1, object.Construct());
-            object.SetText(L"Hello");
-            object.SetFont(kSansPath);
-            LmPaint paint = paintOf(40.0f);
-            object.SetPaint(paint);
+            prepareText(object, L"Hello", paintOf(40.0f), 200, 80);
             object.SetTextColor(c < 3 ? 0xFFC03010u : 0x60C03010u); // translucent text: alpha below 255
-            object.GetView()->SetSize(200, 80);
             object.GetView()->SetPadding(20 * c, 10, 5, 30 * c);
             object.GetView()->gravity = gravities[c];
             if (c % 2) object.GetEffect()->addOuterShadowText(120.0f, 6.0f, 8.0f, 0xFF2040A0u, 0.6f);

@@ -90,6 +90,26 @@ inline LmFontEffect::LmPaint paintOf(float size)
     return paint;
 }
 
+// Row y of a raster as '#' where a pixel has coverage (its last byte) and '.' where it has none.
+inline std::string inkRow(const unsigned char* pixels, int width, int y, int bytesPerPixel = 1)
+{
+    std::string s;
+    for (int x = 0; x < width; x++) s += pixels[((size_t)y * width + x) * bytesPerPixel + bytesPerPixel - 1] ? '#' : '.';
+    return s;
+}
+
+// A constructed object showing `text` with the paint on a view of w x h; without a font path
+// the caller registers one itself.
+inline void prepareText(LmFontEffect::LmTextObject& object, const wchar_t* text, LmFontEffect::LmPaint paint, int w,
+                        int h, const char* font = kSansPath)
+{
+    ASSERT_EQ(1, object.Construct());
+    ASSERT_EQ(1, object.SetText(text));
+    ASSERT_EQ(1, font ? object.SetFont(font) : 1);
+    object.SetPaint(paint);
+    ASSERT_EQ(1, object.GetView()->SetSize(w, h));
+}
+
 // A system family record as the bridge builds it, every font weight 500 and italic.
 inline LmFontEffect::LmFontFamily* makeFamily(uint32_t localeListId, int variant, std::vector<const char*> paths)
 {
