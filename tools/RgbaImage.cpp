@@ -30,6 +30,13 @@ RgbaImage RgbaImage::fromArgb(const uint32_t* argb, unsigned width, unsigned hei
     return image;
 }
 
+RgbaImage RgbaImage::fromRgba(const uint8_t* rgba, unsigned width, unsigned height)
+{
+    RgbaImage image(width, height);
+    if (rgba) std::copy(rgba, rgba + image.mBytes.size(), image.mBytes.begin());
+    return image;
+}
+
 RgbaImage RgbaImage::readPng(const std::string& path)
 {
     png_image png;

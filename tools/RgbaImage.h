@@ -15,6 +15,8 @@ public:
 
     // The text object's result: width x height values 0xAARRGGBB, not premultiplied.
     static RgbaImage fromArgb(const uint32_t* argb, unsigned width, unsigned height);
+    // width x height pixels of bytes R, G, B, A.
+    static RgbaImage fromRgba(const uint8_t* rgba, unsigned width, unsigned height);
 
     // PNG files through libpng. Failures throw ToolError (exit 1) naming the path and reason.
     // Images read are at most this many pixels (4096 x 4096), checked from the header before

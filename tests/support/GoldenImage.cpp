@@ -2,7 +2,8 @@
 
 #include "support/TestSupport.h"
 
-#include <png.h>
+#include "RgbaImage.h"
+#include "ToolError.h"
 
 #include <cstdlib>
 #include <cstring>
@@ -10,50 +11,25 @@
 
 namespace LmTest {
 
-bool GoldenImage::writePng(const std::string& path, unsigned width, unsigned height, const unsigned char* rgba)
-{
-    png_image image;
-    std::memset(&image, 0, sizeof image);
-    image.version = PNG_IMAGE_VERSION;
-    image.width = width;
-    image.height = height;
-    image.format = PNG_FORMAT_RGBA;
-    const int ok = png_image_write_to_file(&image, path.c_str(), 0, rgba, 0, nullptr);
-    png_image_free(&image);
-    return ok != 0;
-}
-
-bool GoldenImage::readPng(const std::string& path, unsigned* width, unsigned* height,
-                          std::vector<unsigned char>* rgba)
-{
-    png_image image;
-    std::memset(&image, 0, sizeof image);
-    image.version = PNG_IMAGE_VERSION;
-    if (!png_image_begin_read_from_file(&image, path.c_str())) return false;
-    image.format = PNG_FORMAT_RGBA;
-    rgba->assign(PNG_IMAGE_SIZE(image), 0);
-    if (!png_image_finish_read(&image, nullptr, rgba->data(), 0, nullptr)) {
-        png_image_free(&image);
-        return false;
-    }
-    *width = image.width;
-    *height = image.height;
-    return true;
-}
-
 ::testing::AssertionResult GoldenImage::matches(const std::string& name, unsigned width, unsigned height,
                                                 const unsigned char* rgba)
 {
+    using LmTextTool::RgbaImage;
     const std::string path = sourceDir() + "/golden/" + name + ".png";
+    const RgbaImage image = RgbaImage::fromRgba(rgba, width, height);
     const char* update = std::getenv("LM_UPDATE_GOLDEN");
-    if (update && std::strcmp(update, "1") == 0) {
-        if (!writePng(path, width, height, rgba)) return ::testing::AssertionFailure() << "cannot write " << path;
-        return ::testing::AssertionSuccess() << "updated " << path;
+    RgbaImage golden;
+    try {
+        if (update && std::strcmp(update, "1") == 0) {
+            image.writePng(path);
+            return ::testing::AssertionSuccess() << "updated " << path;
+        }
+        golden = RgbaImage::readPng(path);
+    } catch (const LmTextTool::ToolError& e) {
+        return ::testing::AssertionFailure() << e.what() << " (LM_UPDATE_GOLDEN=1 writes a missing golden)";
     }
-    unsigned w = 0, h = 0;
-    std::vector<unsigned char> expected;
-    if (!readPng(path, &w, &h, &expected))
-        return ::testing::AssertionFailure() << "no golden image " << path << " (LM_UPDATE_GOLDEN=1 writes it)";
+    const unsigned w = golden.width(), h = golden.height();
+    const std::vector<uint8_t>& expected = golden.bytes();
     std::string why;
     if (w != width || h != height) {
         why = "size " + std::to_string(width) + "x" + std::to_string(height) + ", golden " + std::to_string(w) +
@@ -71,7 +47,10 @@ bool GoldenImage::readPng(const std::string& path, unsigned* width, unsigned* he
     }
     mkdir("golden-actual", 0755);
     const std::string actual = "golden-actual/" + name + ".png";
-    writePng(actual, width, height, rgba);
+    try {
+        image.writePng(actual);
+    } catch (const LmTextTool::ToolError&) {
+    }
     return ::testing::AssertionFailure() << name << ": " << why << "; actual image written to " << actual;
 }
 

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
 namespace LmTest {
 
@@ -13,12 +12,9 @@ namespace LmTest {
 // file instead (and passes), for regenerating after an intended change.
 class GoldenImage {
 public:
-    // Bytes R, G, B, A per pixel, rows packed.
-    static bool writePng(const std::string& path, unsigned width, unsigned height, const unsigned char* rgba);
-    static bool readPng(const std::string& path, unsigned* width, unsigned* height, std::vector<unsigned char>* rgba);
-
-    // Compares the image with tests/golden/<name>.png. On a mismatch the image is written as
-    // golden-actual/<name>.png below the working folder, and the message says where.
+    // Compares the image (bytes R, G, B, A per pixel, rows packed) with tests/golden/<name>.png.
+    // On a mismatch the image is written as golden-actual/<name>.png below the working folder,
+    // and the message says where.
     static ::testing::AssertionResult matches(const std::string& name, unsigned width, unsigned height,
                                               const unsigned char* rgba);
 };
