@@ -9,10 +9,12 @@
 #include "effect/LmText.h"
 #include "effect/LmTextProperty.h"
 #include "raster/LmBitmap.h"
+#include "support/TestSupport.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdio>
 #include <memory>
 #include <vector>
 
@@ -128,6 +130,8 @@ TEST(LmEffect, ATranslucentTextAloneIsAnEffect)
     EXPECT_TRUE(t.hasEffects());
     t.clearTextOpacity();
     EXPECT_FALSE(t.hasEffects());
+    t.setTextOpacity(NAN);
+    EXPECT_EQ(0.0f, t.getTextOpacity());
 }
 
 TEST(LmTextLayer, TakesColourAndOpacityFromAnyRecord)
@@ -164,7 +168,11 @@ TEST(LmEffect, AbsurdSizesAndMissingPixelsDrawNothing)
     empty.height = 3;
     e.renderEffectLayer(0, 0, nullptr);
     e.renderEffectLayer(0, 0, &empty);
+    LmTest::LogCapture log;
     e.doEffectPostProcessing();
+    char self[48];
+    snprintf(self, sizeof self, "DoEffectPostProcessing(%p) - end", (void*)&e);
+    EXPECT_TRUE(log.contains("LmEffect", self)); // a pass with nothing to post-process still ends
     e.compositeLayers(&out);
     for (int i = 0; i < 64; ++i) ASSERT_EQ(0, out.pixels[i]);
 
