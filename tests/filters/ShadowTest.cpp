@@ -31,6 +31,11 @@ TEST(OuterShadowLayer, ShiftAndSideMargins)
                   std::vector<int>({c.shiftX, c.shiftY, c.left, c.right, c.top, c.bottom}))
             << c.angle << " " << c.distance << " " << c.size;
     }
+    // With NaN everywhere the shadow is the mask itself: no shift and no blur.
+    const Mask m = disc(20, 6);
+    FilterRun nan(m);
+    EXPECT_EQ(nan.run(*outerOf(kNaN, kNaN, kNaN)), 1);
+    EXPECT_EQ(nan.alphaPlane(), m.pixels);
     // An inner-shadow record is read as a shadow record.
     auto s = outerOf(0, 5, 3);
     LmInnerShadowProperty inner(270, 4, 2, 0xFF000000, 0.5f);
