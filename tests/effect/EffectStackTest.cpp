@@ -123,7 +123,7 @@ TEST(LmEffect, AddOperationsClampTheirArguments)
     }
 }
 
-TEST(LmEffect, ATranslucentTextAloneIsAnEffect)
+TEST(LmEffect, TextOpacityAndColourAlpha)
 {
     LmEffect t;
     t.setTextOpacity(0.5f);
@@ -132,6 +132,8 @@ TEST(LmEffect, ATranslucentTextAloneIsAnEffect)
     EXPECT_FALSE(t.hasEffects());
     t.setTextOpacity(NAN);
     EXPECT_EQ(0.0f, t.getTextOpacity());
+    t.addText(0x80FFFFFFu, 0.5f); // the colour's own alpha, kept for the un-premultiply
+    EXPECT_EQ(0x80, t.getTextAlpha());
 }
 
 TEST(LmTextLayer, TakesColourAndOpacityFromAnyRecord)
