@@ -1,13 +1,13 @@
-// The outer and inner glow: colour table and layer records (the passes: goldens, same bytes).
+// The outer and inner glow: colour table and layer records (the passes: goldens), and the glows
+// and their row routines against the bytes of the straightforward passes.
 #include "filters/MaskFixtures.h"
 
 #include "effect/LmGlowProperty.h"
-
-#include <gtest/gtest.h>
+#include "filters/LmGaussianBlur.h"
+#include "raster/LmBlender.h"
 
 #include <climits>
-#include <cmath>
-#include <vector>
+#include <cstring>
 
 using namespace LmFontEffect;
 using namespace LmTest;
@@ -18,6 +18,67 @@ enum { OUTER = 3, INNER = 4 };
 enum : unsigned { BLACK = 0xFF000000, WHITE = 0xFFFFFFFF, RED = 0xFFFF0000, BLUE = 0xFF0000FF };
 
 LmGradient stop(unsigned colour, float position, float opacity = 1) { return LmGradient{colour, opacity, position}; }
+
+// Spread, blur and table pass by pass over the padded mask P (W x H, grown by G).
+std::vector<unsigned> plainGlow(std::vector<unsigned char> P, int W, int H, int G, bool inner, const unsigned* table)
+{
+    std::vector<unsigned char> prev(W), next(W, 0);
+    for (int pass = std::max((int)((double)G * 0.4750000089406967), 1); pass > 0; --pass)
+        for (int y = 1; y < H - 1; ++y) {
+            unsigned char* row = &P[(size_t)y * W];
+            if (y == 1) std::copy_n(row - W, W, prev.begin());
+            for (int x = 1; x < W - 1; ++x) {
+                int s = 0;
+                for (int i = x - 1; i <= x + 1; ++i) s += prev[i] + row[i] + row[i + W];
+                next[x] = (unsigned char)std::min(s >> 2, 255);
+            }
+            std::copy_n(row, W, prev.begin());
+            std::copy_n(next.begin(), W, row);
+        }
+    const int R = (int)((float)G * 0.9f);
+    std::vector<int> w(R + 1), tmp(W, inner ? 255 : 0);
+    int sum = 0;
+    LmGaussianBlur::computeGaussianWeights(w.data(), &sum, R, 128);
+    const int top = inner ? 255 * sum : 0, sign = inner ? -1 : 1;
+    std::vector<unsigned> out((size_t)W * H, inner ? 0xFFFFFFFFu : 0);
+    for (int y = R; y < H - R; ++y) {
+        for (int x = R; x < W - R; ++x) {
+            int acc = P[(size_t)y * W + x] * w[0];
+            for (int i = 1; i <= R; ++i) acc += (P[(size_t)(y - i) * W + x] + P[(size_t)(y + i) * W + x]) * w[i];
+            tmp[x] = (top + sign * acc) / sum;
+        }
+        for (int x = R; x < W - R; ++x) {
+            int acc = tmp[x] * w[0];
+            for (int i = 1; i <= R; ++i) acc += (tmp[x - i] + tmp[x + i]) * w[i];
+            out[(size_t)y * W + x] = table[256 - (top + sign * acc) / sum];
+        }
+    }
+    return out;
+}
+
+void expectSameBytes(const Mask& m, const LmRect& box, float size, int kind, const std::vector<LmGradient>& stops)
+{
+    auto layer = glowOf(kind, size, 0xFF40C0E0, stops);
+    FilterRun run(m);
+    run.textRect = box;
+    ASSERT_EQ(run.run(*layer), 1);
+    const int G = (int)size + 1, W = box.width() + 4 * G, H = box.height() + 4 * G;
+    std::vector<unsigned char> P((size_t)W * H, kind == 4 ? 255 : 0);
+    for (int y = 0; y < box.height(); ++y)
+        for (int x = 0; x < box.width(); ++x) {
+            const unsigned char v = m.pixels[(size_t)(box.top + y) * m.width + box.left + x];
+            P[(size_t)(2 * G + y) * W + 2 * G + x] = kind == 4 ? (unsigned char)(255 - v) : v;
+        }
+    std::vector<unsigned> t(LmGlow::kTableSize);
+    layer->makeColorLUT(t.data(), 0.3f, 0);
+    for (unsigned& c : t) // premultiplied, (ch + 1) * A >> 8
+        for (int s = 0, a = (int)(c >> 24); s < 24; s += 8) c = (c & ~(255u << s)) | ((((c >> s & 255) + 1) * a >> 8) << s);
+    LmBitmap expected(m.width, m.height, 4);
+    LmBlender::drawBitmapBlend32(box.left - 2 * G, box.top - 2 * G, &expected, plainGlow(P, W, H, G, kind == 4, t.data()).data(),
+                                 W, H, W, LME_BLEND_DST_OVER);
+    ASSERT_EQ(0, std::memcmp(expected.pixels, run.target.pixels, (size_t)m.width * m.height * 4))
+        << "kind " << kind << " size " << size << " box at " << box.left << "," << box.top;
+}
 
 } // namespace
 
@@ -58,4 +119,27 @@ TEST(GlowLayer, OffsetsAndOwnCopyOfTheRecord)
     auto layer = glowOf(OUTER, 5, WHITE, stops);
     stops[0].colour = BLACK;
     EXPECT_EQ(dynamic_cast<LmGlowProperty&>(*layer->getProperty()).stops[0].colour, RED);
+}
+
+TEST(GlowSameBytes, RandomMasksBoxesAndSizes)
+{
+    const std::vector<LmGradient> ramps[] = {{}, {{0xFF2080FF, 1, 0.3f}}, {{0xFFFFE060, 1, 0}, {0xFFFF6020, 1, 0.4f}, {0xFF8010A0, 0.5f, 1}}};
+    std::mt19937 rng(12);
+    std::vector<int> sizes = {47, 100};
+    for (int s = 0; s <= 30; ++s) sizes.push_back(s);
+    for (int size : sizes)
+        for (int shape = 0; shape < 7; ++shape) {
+            const unsigned w = size > 30 ? 60 + rng() % 200 : 1 + rng() % 40, h = size > 30 ? 20 + rng() % 60 : 1 + rng() % 30;
+            // The ink inside a clear margin, or a random box that may touch the mask's edges.
+            const unsigned pad = size <= 30 && rng() % 2 ? 2 * size + 3 : 0, mw = w + 2 * pad, mh = h + 2 * pad;
+            const Mask ink = randomMask(shape, w, h, rng);
+            Mask m = rect(mw, mh, 0, 0, 0, 0);
+            for (unsigned y = 0; y < h; ++y) std::copy_n(&ink.pixels[(size_t)y * w], w, &m.pixels[(size_t)(y + pad) * mw + pad]);
+            LmRect box((int)pad, (int)pad, (int)(pad + w), (int)(pad + h));
+            if (!pad && rng() % 2) {
+                const int l = (int)(rng() % w), t = (int)(rng() % h);
+                box = LmRect(l, t, l + 1 + (int)(rng() % (w - l)), t + 1 + (int)(rng() % (h - t)));
+            }
+            for (int kind : {3, 4}) expectSameBytes(m, box, size + (rng() % 2 ? 0.5f : 0), kind, ramps[rng() % 3]);
+        }
 }
