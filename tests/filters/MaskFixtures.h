@@ -4,11 +4,14 @@
 // Synthetic 8-bit coverage masks, filter layers in opaque white, and one layer's post-processing
 // run over a mask.
 
+#include "effect/LmBevelProperty.h"
 #include "effect/LmECore.h"
 #include "effect/LmInnerShadowProperty.h"
 #include "effect/LmOuterGlowProperty.h"
 #include "effect/LmOuterShadowProperty.h"
 #include "effect/LmStrokeProperty.h"
+#include "filters/LmBevel.h"
+#include "filters/LmEmboss.h"
 #include "filters/LmInnerGlow.h"
 #include "filters/LmInnerShadow.h"
 #include "filters/LmOuterGlow.h"
@@ -175,6 +178,13 @@ inline std::unique_ptr<LmOuterShadow> outerOf(float angle, float distance, float
 inline std::unique_ptr<LmInnerShadow> innerOf(float angle, float distance, float size)
 {
     return layerWith<LmInnerShadow>(LmInnerShadowProperty(angle, distance, size, 0xFFFFFFFF, 1));
+}
+// A lighting record, which the bevel and the emboss layer alike read.
+inline LmBevelProperty reliefRecord(int style, float size, int technique, int soften = 0, float depth = 3,
+                                    float altitude = 30, int direction = 1, float angle = 120)
+{
+    return LmBevelProperty(style, size, depth, direction, technique, soften, 1, angle, altitude, 0xFF000080, 1,
+                           0xFFFFFFFF, 1);
 }
 // A glow layer of either kind (3 outer, 4 inner) with a copy of the stops.
 inline std::unique_ptr<LmGlow> glowOf(int kind, float size, unsigned colour = 0xFFFFFFFF, std::vector<LmGradient> stops = {})
