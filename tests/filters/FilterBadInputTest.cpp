@@ -1,20 +1,16 @@
 // Degenerate input for the mask filters: each case draws what the arithmetic gives or
-// nothing, and never touches memory outside a buffer (the sanitizer build checks that).
+// nothing, and never touches memory outside a buffer (the sanitizer build checks that). Raw
+// records past the stack's sizes are refused (warning, error 3) only when the work is huge.
 #include "filters/MaskFixtures.h"
 
-#include "effect/LmBevelProperty.h"
 #include "effect/LmEffect.h"
-#include "filters/LmBevel.h"
-#include "filters/LmEmboss.h"
-
-#include <gtest/gtest.h>
+#include "foundation/Error.h"
+#include "support/TestSupport.h"
 
 #include <climits>
-#include <cmath>
-#include <memory>
 
 using namespace LmFontEffect;
-using LmTest::FilterRun;
+using namespace LmTest;
 
 namespace {
 
@@ -30,15 +26,14 @@ struct Setting {
 
 std::unique_ptr<LmECore> layerOf(const Setting& s)
 {
-    if (s.kind == 1) return LmTest::outerOf(s.angle, s.distance, s.size);
-    if (s.kind == 2) return LmTest::innerOf(s.angle, s.distance, s.size);
-    if (s.kind == 3 || s.kind == 4) return LmTest::glowOf(s.kind, s.size);
+    if (s.kind == 1) return outerOf(s.angle, s.distance, s.size);
+    if (s.kind == 2) return innerOf(s.angle, s.distance, s.size);
+    if (s.kind == 3 || s.kind == 4) return glowOf(s.kind, s.size);
     // The relief's technique rides in the distance.
-    const LmBevelProperty relief(s.position, s.size, 3, 1, (int)s.distance, 2, 1, s.angle, 30, 0xFF000000, 1,
-                                 0xFFFFFFFF, 1);
-    if (s.kind == 5) return LmTest::layerWith<LmBevel>(relief);
-    if (s.kind == 6) return LmTest::layerWith<LmEmboss>(relief);
-    return LmTest::strokeOf(s.size, s.position);
+    const LmBevelProperty relief = reliefRecord(s.position, s.size, (int)s.distance, 2, 3, 30, 1, s.angle);
+    if (s.kind == 5) return layerWith<LmBevel>(relief);
+    if (s.kind == 6) return layerWith<LmEmboss>(relief);
+    return strokeOf(s.size, s.position);
 }
 
 class FilterBadInput : public ::testing::TestWithParam<Setting> {};
@@ -56,7 +51,7 @@ TEST(EveryLayer, WithoutARecordDrawsNothingAndIgnoresNull)
         EXPECT_EQ(layer->getStyle(), kind);
         layer->setProperty(nullptr);
         EXPECT_EQ(layer->getProperty(), nullptr) << kind;
-        FilterRun run(LmTest::disc(16, 5));
+        FilterRun run(disc(16, 5));
         EXPECT_EQ(run.run(*layer), 0) << kind;
         EXPECT_TRUE(run.untouched()) << kind;
     }
@@ -65,7 +60,7 @@ TEST(EveryLayer, WithoutARecordDrawsNothingAndIgnoresNull)
 TEST_P(FilterBadInput, DrawsWhatTheArithmeticGivesOrNothing)
 {
     auto layer = layerOf(GetParam());
-    FilterRun run(LmTest::disc(16, 5));
+    FilterRun run(disc(16, 5));
     LmBitmap noPixels, overCap(1u << 20, 1u << 20, 4);
     const LmECore::ParamPostProcessing missing[] = {
         {&run.target, &run.mask, nullptr, 0, nullptr},
@@ -83,27 +78,23 @@ TEST_P(FilterBadInput, DrawsWhatTheArithmeticGivesOrNothing)
     }
     // An absurd size gives up; the rest draw.
     EXPECT_EQ(run.run(*layer) == 0, GetParam().givesUp);
-    if (GetParam().givesUp) {
-        EXPECT_TRUE(run.untouched());
-    }
+    EXPECT_TRUE(!GetParam().givesUp || run.untouched());
     // Masks of one row or column, boxes touching every edge, targets smaller than the mask.
     for (unsigned w : {1, 9, 12})
         for (unsigned h : {1, 9, 10}) {
-            const LmTest::Mask m = LmTest::rect(w, h, 0, 0, (int)w, (int)h, 200);
+            const Mask m = rect(w, h, 0, 0, (int)w, (int)h, 200);
             FilterRun same(m), bigger(m, 15, 15), smaller(m, 1, 2);
-            same.run(*layer);
-            bigger.run(*layer);
-            smaller.run(*layer);
+            for (FilterRun* r : {&same, &bigger, &smaller}) r->run(*layer);
         }
     const LmRect boxes[] = {LmRect(9, 9, 3, 3), LmRect(-50, -50, 500, 500), LmRect(30, 30, 40, 40),
                             LmRect(INT_MIN, INT_MIN, INT_MAX, INT_MAX)};
     for (const LmRect& box : boxes) {
-        FilterRun odd(LmTest::disc(16, 5));
+        FilterRun odd(disc(16, 5));
         odd.textRect = box;
         odd.run(*layer);
     }
     // An empty box has no edge to draw.
-    FilterRun empty(LmTest::disc(16, 5));
+    FilterRun empty(disc(16, 5));
     empty.textRect = LmRect(4, 4, 4, 9);
     empty.run(*layer);
     EXPECT_TRUE(empty.untouched());
@@ -139,3 +130,37 @@ INSTANTIATE_TEST_SUITE_P(AllFilters, FilterBadInput,
                                            Setting{"stroke_size_inf", 10, 0, 0, kInf, 2, true},
                                            Setting{"stroke_position_odd", 10, 0, 0, 3, -5, false}),
                          [](const ::testing::TestParamInfo<Setting>& info) { return std::string(info.param.name); });
+
+// The windowed searches of an outside chiselled bevel or emboss cost about their reach per pixel
+// of a canvas that grows with it: raw sizes of a few hundred on small text are refused too.
+TEST(WorkBound, HugeWorkIsRefusedWithAWarning)
+{
+    const Mask large = rect(2000, 1000, 0, 0, 2000, 1000), small = rect(40, 20, 5, 5, 35, 15);
+    const struct {
+        std::unique_ptr<LmECore> layer;
+        const Mask& mask;
+        const char* message;
+    } cases[] = {
+        {strokeOf(1000, OUTSIDE), large, "stroke refused"},
+        {strokeOf(1000, INSIDE), large, "stroke refused"},
+        {outerOf(120, 5, 1000), large, "outer shadow refused"},
+        {glowOf(3, 1000), large, "outer glow refused"},
+        {glowOf(4, 1000), large, "inner glow refused"},
+        {layerWith<LmBevel>(reliefRecord(0, 1000, 0)), large, "bevel or emboss refused"},
+        {layerWith<LmBevel>(reliefRecord(2, 514, 1, 16)), small, "bevel or emboss search refused"},
+        {layerWith<LmEmboss>(reliefRecord(2, 1000, 1)), small, "bevel or emboss search refused"},
+    };
+    for (const auto& c : cases) {
+        FilterRun run(c.mask, &c.mask == &small ? 64 : 0, &c.mask == &small ? 64 : 0);
+        LogCapture log;
+        Error::SetError(0);
+        EXPECT_TRUE(run.run(*c.layer) == 0 && Error::GetError() == 3 && run.untouched()) << c.message;
+        ASSERT_EQ(log.lines().size(), 1u) << c.message;
+        EXPECT_NE(log.lines()[0].message.find(c.message), std::string::npos);
+    }
+    // The same stroke on a small box is drawn.
+    FilterRun drawn(rect(8, 8, 3, 3, 5, 5), 8, 8);
+    Error::SetError(0);
+    EXPECT_TRUE(drawn.run(*strokeOf(1000, OUTSIDE)) == 1 && Error::GetError() == 0);
+    drawn.expectAlphas({{0, 0, 255}, {7, 7, 255}});
+}
