@@ -127,5 +127,6 @@ TEST(PatternLayer, BadTilesAndScales)
         int drawn;
     } cases[] = {{nullptr, 1, 0}, {&empty, 1, 0}, {&coverage, 1, 0}, {&small, 0.05f, 0}, {&dot, 0.1f, 1}, {&small, 0.1f, 1}};
     for (const auto& c : cases)
-        EXPECT_EQ(FilterRun(disc(40, 18)).run(*layerWith<LmPattern>(LmPatternProperty(c.tile, c.scale, 1))), c.drawn) << c.scale;
+        EXPECT_EQ(FilterRun(disc(40, 18)).run(*layerWith<LmPattern>(LmPatternProperty(c.tile, c.scale, 1))), c.drawn)
+            << c.scale;
 }

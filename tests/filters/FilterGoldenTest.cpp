@@ -11,16 +11,9 @@
 #include "effect/LmEffect.h"
 #include "effect/LmGlyph.h"
 #include "effect/LmGradient.h"
-#include "raster/LmBitmap.h"
 #include "support/GoldenImage.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
-#include <memory>
 #include <string>
-#include <vector>
 
 using namespace LmFontEffect;
 using namespace LmTest;
@@ -191,18 +184,15 @@ TEST_P(FilterGolden, MatchesTheStoredImage)
     const int left = stack.getLeftOffset(), top = stack.getTopOffset();
     const unsigned width = mask.width + left + stack.getRightOffset();
     const unsigned height = mask.height + top + stack.getBottomOffset();
-    auto image = std::make_unique<LmBitmap>(width, height, 4u);
+    LmBitmap image(width, height, 4);
     stack.initEffect((int)width, (int)height);
-    stack.setDstBitmap(image.get());
-    LmGlyph glyph;
-    glyph.pixels = const_cast<unsigned char*>(mask.pixels.data());
-    glyph.width = (uint16_t)mask.width;
-    glyph.height = (uint16_t)mask.height;
+    stack.setDstBitmap(&image);
+    LmGlyph glyph{const_cast<unsigned char*>(mask.pixels.data()), mask.width, mask.height};
     stack.renderEffectLayer(left, top, &glyph);
     stack.doEffectPostProcessing();
-    stack.compositeLayers(image.get());
-    ASSERT_NE(image->pixels, nullptr);
-    EXPECT_TRUE(GoldenImage::matches(c.name, image->width, image->height, image->pixels));
+    stack.compositeLayers(&image);
+    ASSERT_NE(image.pixels, nullptr);
+    EXPECT_TRUE(GoldenImage::matches(c.name, width, height, image.pixels));
 }
 
 INSTANTIATE_TEST_SUITE_P(Passes, FilterGolden, ::testing::ValuesIn(kCases),
