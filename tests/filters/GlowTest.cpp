@@ -42,16 +42,11 @@ std::vector<unsigned> plainGlow(std::vector<unsigned char> P, int W, int H, int 
     const int top = inner ? 255 * sum : 0, sign = inner ? -1 : 1;
     std::vector<unsigned> out((size_t)W * H, inner ? 0xFFFFFFFFu : 0);
     for (int y = R; y < H - R; ++y) {
-        for (int x = R; x < W - R; ++x) {
-            int acc = P[(size_t)y * W + x] * w[0];
-            for (int i = 1; i <= R; ++i) acc += (P[(size_t)(y - i) * W + x] + P[(size_t)(y + i) * W + x]) * w[i];
-            tmp[x] = (top + sign * acc) / sum;
-        }
-        for (int x = R; x < W - R; ++x) {
-            int acc = tmp[x] * w[0];
-            for (int i = 1; i <= R; ++i) acc += (tmp[x - i] + tmp[x + i]) * w[i];
-            out[(size_t)y * W + x] = table[256 - (top + sign * acc) / sum];
-        }
+        for (int x = R; x < W - R; ++x)
+            tmp[x] = (top + sign * symmetricTaps(w, [&](int i) { return (int)P[(size_t)(y + i) * W + x]; })) / sum;
+        for (int x = R; x < W - R; ++x)
+            out[(size_t)y * W + x] =
+                table[256 - (top + sign * symmetricTaps(w, [&](int i) { return tmp[x + i]; })) / sum];
     }
     return out;
 }

@@ -23,6 +23,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <functional>
 #include <memory>
@@ -121,6 +122,14 @@ inline Mask randomMask(int kind, unsigned w, unsigned h, std::mt19937& rng)
     return rasterize(w, h, [=](double x, double y) { return segmentDistance(x, y, ax, ay, bx, (double)h) <= half; });
 }
 
+// A symmetric kernel's taps around a centre: the sum of at(i) * w[|i|] for |i| < w.size().
+template <class At> int symmetricTaps(const std::vector<int>& w, At at)
+{
+    int acc = at(0) * w[0];
+    for (int i = 1; i < (int)w.size(); ++i) acc += (at(-i) + at(i)) * w[i];
+    return acc;
+}
+
 // A layer's post-processing of a mask into a cleared 32-bit target (the mask's size unless
 // given). With an opaque white layer the target's alpha byte is its coverage, whichever blend
 // mode it picks.
@@ -139,12 +148,10 @@ struct FilterRun {
         return layer.doPostProcessing(&pp);
     }
     unsigned char alpha(int x, int y) const { return target.pixels[((size_t)y * target.width + x) * 4 + 3]; }
-    struct Pixel {
-        int x, y, alpha;
-    };
-    void expectAlphas(std::initializer_list<Pixel> expected) const
+    // Each {x, y, alpha}.
+    void expectAlphas(std::initializer_list<std::array<int, 3>> expected) const
     {
-        for (const Pixel& p : expected) EXPECT_EQ((int)alpha(p.x, p.y), p.alpha) << "at " << p.x << "," << p.y;
+        for (const auto& p : expected) EXPECT_EQ((int)alpha(p[0], p[1]), p[2]) << "at " << p[0] << "," << p[1];
     }
     std::vector<unsigned char> alphaPlane() const
     {

@@ -28,25 +28,17 @@ std::vector<unsigned char> plainInnerShadow(const Mask& m, int dx, int dy, int R
     LmGaussianBlur::computeGaussianWeights(wt.data(), &sum, R);
     // c(x, y) over the padded row: x in 0..Wp-1 stands for mask column x - R.
     auto c = [&](int x, int y) {
-        int acc = 255 * sum;
-        for (int i = -R; i <= R; ++i) acc -= wt[i < 0 ? -i : i] * b(x + i - R, y);
-        return acc / sum;
+        return (255 * sum - symmetricTaps(wt, [&](int i) { return b(x + i - R, y); })) / sum;
     };
     for (int y = 0; y < h; ++y)
         for (int x = 0; x < w; ++x) {
             int a;
-            const int cx = R + x - dx;
+            const int cx = R + x - dx, sy = y - dy;
             if (!reaches) a = b(x, y);
-            else if (cx < 0 || cx >= Wp || y - dy + R < 0 || y - dy - R >= h) a = 255;
+            else if (cx < 0 || cx >= Wp || sy + R < 0 || sy - R >= h) a = 255;
             else if (b(x, y) == 0) a = 0;
-            else {
-                int acc = 0;
-                for (int i = -R; i <= R; ++i) {
-                    const int sy = y - dy + i;
-                    acc += wt[i < 0 ? -i : i] * (sy < 0 || sy >= h ? 255 : c(cx, sy));
-                }
-                a = acc / sum;
-            }
+            else
+                a = symmetricTaps(wt, [&](int i) { return sy + i < 0 || sy + i >= h ? 255 : c(cx, sy + i); }) / sum;
             out[(size_t)(box.top + y) * m.width + box.left + x] = (unsigned char)a;
         }
     return out;
@@ -136,10 +128,10 @@ TEST(BlurRows, SameBytesAsPlainTaps)
             LmGaussianBlur::horizontalRow(src.data() + (size_t)y * W, R, W - R, w.data(), sum, R, out.data());
             for (int x = R; x < W - R; ++x) {
                 const unsigned char* c = src.data() + (size_t)y * W + x;
-                int v = c[0] * w[0], h = v;
-                for (int i = 1; i <= R; ++i) v += (c[i * W] + c[-i * W]) * w[i], h += (c[i] + c[-i]) * w[i];
-                ASSERT_EQ(row[x], (unsigned char)(v / sum)) << R << " " << x;
-                ASSERT_EQ(out[x], std::min(h / sum, 255)) << R << " " << x;
+                const int down = symmetricTaps(w, [&](int i) { return c[i * W]; });
+                const int across = symmetricTaps(w, [&](int i) { return c[i]; });
+                ASSERT_EQ(row[x], (unsigned char)(down / sum)) << R << " " << x;
+                ASSERT_EQ(out[x], std::min(across / sum, 255)) << R << " " << x;
             }
         }
 }
