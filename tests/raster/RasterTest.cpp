@@ -26,15 +26,6 @@ Px at(const LmBitmap& bm, unsigned x, unsigned y)
     return {p[0], p[1], p[2], p[3]};
 }
 
-Px blendOne(int mode, unsigned m, Px d, unsigned colour)
-{
-    LmBitmap bm(1, 1, 4);
-    std::copy(d.begin(), d.end(), bm.pixels);
-    const unsigned char cov = (unsigned char)m;
-    LmBlender::drawBitmapBlend8(0, 0, &bm, &cov, 1, 1, 1, colour, mode);
-    return at(bm, 0, 0);
-}
-
 bool sameBytes(const LmBitmap& a, const LmBitmap& b)
 {
     return std::memcmp(a.pixels, b.pixels, (size_t)a.width * a.height * a.bytesPerPixel) == 0;
@@ -97,7 +88,7 @@ TEST(LmBlender, EightBitModesOverOnePixel)
 {
     const struct {
         int mode;
-        unsigned coverage;
+        unsigned char coverage;
         Px dst;
         unsigned colour;
         Px want;
@@ -112,8 +103,12 @@ TEST(LmBlender, EightBitModesOverOnePixel)
         {4, 200, {1, 2, 3, 4}, 0xFFFFFFFFu, {1, 2, 3, 4}},
         {-1, 200, {1, 2, 3, 4}, 0xFFFFFFFFu, {1, 2, 3, 4}},
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(blendOne(c.mode, c.coverage, c.dst, c.colour), c.want) << "mode " << c.mode << " coverage " << c.coverage;
+    for (const auto& c : cases) {
+        LmBitmap bm(1, 1, 4);
+        std::copy(c.dst.begin(), c.dst.end(), bm.pixels);
+        LmBlender::drawBitmapBlend8(0, 0, &bm, &c.coverage, 1, 1, 1, c.colour, c.mode);
+        EXPECT_EQ(at(bm, 0, 0), c.want) << "mode " << c.mode << " coverage " << (int)c.coverage;
+    }
 }
 
 TEST(LmBlender, ClipsAtEveryEdge)
