@@ -20,18 +20,13 @@ enum : unsigned { BLACK = 0xFF000000, BLUE = 0xFF0000FF, RED = 0xFFFF0000, GREEN
 // Black to blue: a covered pixel's blue byte is its table index less one (0 for index 0).
 std::vector<LmGradient> kRamp = {{BLACK, 1, 0}, {BLUE, 1, 1}};
 
-std::unique_ptr<LmECore> gradientOf(bool radial, float angle, float scale, std::vector<LmGradient>& s)
-{
-    LmLinearGradientProperty p(angle, scale, 1, (int)s.size(), s.empty() ? nullptr : s.data());
-    if (radial) return layerWith<LmRadialGradient>(p);
-    return layerWith<LmLinearGradient>(p);
-}
-
 // Blue byte at (x, y) of a fill over a full w x h box.
 int blueAt(bool radial, float angle, float scale, unsigned w, unsigned h, int x, int y)
 {
+    const LmLinearGradientProperty p(angle, scale, 1, (int)kRamp.size(), kRamp.data());
+    const auto layer = radial ? std::unique_ptr<LmECore>(layerWith<LmRadialGradient>(p)) : layerWith<LmLinearGradient>(p);
     FilterRun run(rect(w, h, 0, 0, (int)w, (int)h, 1)); // coverage 1 still paints the full colour
-    return run.run(*gradientOf(radial, angle, scale, kRamp)) ? run.target.pixels[((size_t)y * w + x) * 4 + 2] : -1;
+    return run.run(*layer) ? run.target.pixels[((size_t)y * w + x) * 4 + 2] : -1;
 }
 
 } // namespace

@@ -147,11 +147,11 @@ struct FilterRun {
         LmECore::ParamPostProcessing pp{&target, &mask, &textRect, compositeMode, output};
         return layer.doPostProcessing(&pp);
     }
-    unsigned char alpha(int x, int y) const { return target.pixels[((size_t)y * target.width + x) * 4 + 3]; }
     // Each {x, y, alpha}.
     void expectAlphas(std::initializer_list<std::array<int, 3>> expected) const
     {
-        for (const auto& p : expected) EXPECT_EQ((int)alpha(p[0], p[1]), p[2]) << "at " << p[0] << "," << p[1];
+        for (const auto& p : expected)
+            EXPECT_EQ(target.pixels[((size_t)p[1] * target.width + p[0]) * 4 + 3], p[2]) << "at " << p[0] << "," << p[1];
     }
     std::vector<unsigned char> alphaPlane() const
     {
@@ -178,9 +178,9 @@ inline std::unique_ptr<LmStroke> strokeOf(float size, int position)
 {
     return layerWith<LmStroke>(LmStrokeProperty(size, 0xFFFFFFFF, 1, 0, position));
 }
-inline std::unique_ptr<LmOuterShadow> outerOf(float angle, float distance, float size, unsigned colour = 0xFFFFFFFF)
+inline std::unique_ptr<LmOuterShadow> outerOf(float angle, float distance, float size)
 {
-    return layerWith<LmOuterShadow>(LmOuterShadowProperty(angle, distance, size, colour, 1));
+    return layerWith<LmOuterShadow>(LmOuterShadowProperty(angle, distance, size, 0xFFFFFFFF, 1));
 }
 inline std::unique_ptr<LmInnerShadow> innerOf(float angle, float distance, float size)
 {

@@ -73,10 +73,7 @@ TEST(OuterShadowLayer, ShiftAndSideMargins)
     EXPECT_EQ(nan.run(*outerOf(kNaN, kNaN, kNaN)), 1);
     EXPECT_EQ(nan.alphaPlane(), m.pixels);
     // An inner-shadow record is read as a shadow record.
-    auto s = outerOf(0, 5, 3);
-    LmInnerShadowProperty inner(270, 4, 2, 0xFF000000, 0.5f);
-    s->setProperty(&inner);
-    EXPECT_EQ(s->getShiftY(), -4);
+    EXPECT_EQ(layerWith<LmOuterShadow>(LmInnerShadowProperty(270, 4, 2, 0xFF000000, 0.5f))->getShiftY(), -4);
 }
 
 TEST(OuterShadowLayer, ShadowOutsideTheTargetIsSkipped)

@@ -18,7 +18,6 @@ struct Kernel {
     int k;
     explicit Kernel(float r) : k(makeCircleKernel(&bytes, r)) {}
     ~Kernel() { std::free(bytes); }
-    int at(int x, int y) const { return bytes[y * k + x]; }
 };
 
 // Both workers of each position over the mask: the source inside a larger buffer, the rows split
@@ -62,7 +61,7 @@ TEST(StrokeKernel, WorkedRadii)
     for (const auto& c : cases) {
         Kernel kernel(c.r);
         ASSERT_EQ(kernel.k, c.k) << c.r;
-        EXPECT_EQ(kernel.at(c.x, c.y), c.value) << c.r << " at " << c.x << "," << c.y;
+        EXPECT_EQ(kernel.bytes[c.y * kernel.k + c.x], c.value) << c.r << " at " << c.x << "," << c.y;
     }
     EXPECT_EQ(Kernel(-3.0f).bytes, nullptr);
     EXPECT_EQ(Kernel(1e9f).bytes, nullptr);
