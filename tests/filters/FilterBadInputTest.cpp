@@ -8,6 +8,7 @@
 #include "support/TestSupport.h"
 
 #include <climits>
+#include <functional>
 
 using namespace LmFontEffect;
 using namespace LmTest;
@@ -18,23 +19,44 @@ const float kNaN = std::nanf(""), kInf = INFINITY;
 
 struct Setting {
     const char* name;
-    int kind; // 1 outer shadow, 2 inner shadow, 3 outer glow, 4 inner glow, 5 bevel, 6 emboss, 10 stroke
-    float angle, distance, size;
-    int position; // the stroke's position, the relief's style
+    std::function<std::unique_ptr<LmECore>()> layer;
     bool givesUp; // the size is absurd: nothing is drawn
 };
 
-std::unique_ptr<LmECore> layerOf(const Setting& s)
-{
-    if (s.kind == 1) return outerOf(s.angle, s.distance, s.size);
-    if (s.kind == 2) return innerOf(s.angle, s.distance, s.size);
-    if (s.kind == 3 || s.kind == 4) return glowOf(s.kind, s.size);
-    // The relief's technique rides in the distance.
-    const LmBevelProperty relief = reliefRecord(s.position, s.size, (int)s.distance, 2, 3, 30, 1, s.angle);
-    if (s.kind == 5) return layerWith<LmBevel>(relief);
-    if (s.kind == 6) return layerWith<LmEmboss>(relief);
-    return strokeOf(s.size, s.position);
-}
+std::unique_ptr<LmBevel> bevelOf(LmBevelProperty p) { return layerWith<LmBevel>(p); }
+std::unique_ptr<LmEmboss> embossOf(LmBevelProperty p) { return layerWith<LmEmboss>(p); }
+
+// Relief records: style, size, technique, soften (then depth, altitude, direction, angle).
+const Setting kSettings[] = {
+    {"outer_size_nan", [] { return outerOf(120, 5, kNaN); }, false},
+    {"outer_size_negative", [] { return outerOf(120, 5, -7); }, false},
+    {"outer_size_huge", [] { return outerOf(120, 5, 1e9f); }, true},
+    {"outer_size_inf", [] { return outerOf(120, 5, kInf); }, true},
+    {"outer_angle_far", [] { return outerOf(-1e30f, 5, 3); }, false},
+    {"outer_distance_huge", [] { return outerOf(30, 1e9f, 3); }, true},
+    {"inner_size_nan", [] { return innerOf(120, 5, kNaN); }, false},
+    {"inner_size_huge", [] { return innerOf(120, 5, 1e9f); }, true},
+    {"inner_angle_far", [] { return innerOf(1e30f, 5, 3); }, false},
+    {"inner_distance_huge", [] { return innerOf(30, -1e9f, 3); }, false},
+    {"inner_distance_nan", [] { return innerOf(30, kNaN, 3); }, false},
+    {"outer_glow_size_negative", [] { return glowOf(3, -7); }, true},
+    {"outer_glow_size_huge", [] { return glowOf(3, 1e9f); }, true},
+    {"inner_glow_size_nan", [] { return glowOf(4, kNaN); }, false},
+    {"inner_glow_size_empty_path", [] { return glowOf(4, -1); }, false},
+    {"inner_glow_size_inf", [] { return glowOf(4, kInf); }, true},
+    {"bevel_inner_size_nan", [] { return bevelOf(reliefRecord(1, kNaN, 0, 2)); }, false},
+    {"bevel_outer_chisel_max", [] { return bevelOf(reliefRecord(0, 100, 1, 2)); }, false},
+    {"bevel_size_negative", [] { return bevelOf(reliefRecord(1, -9, 0, 2)); }, true},
+    {"bevel_canvas_past_the_cap", [] { return bevelOf(reliefRecord(0, 12000, 1, 2)); }, true},
+    {"emboss_canvas_past_the_cap", [] { return embossOf(reliefRecord(1, 12000, 0, 2)); }, true},
+    {"emboss_pillow_chisel_huge", [] { return embossOf(reliefRecord(3, 1e30f, 1, 2, 3, 30, 1, -1e30f)); }, true},
+    {"emboss_angle_nan", [] { return embossOf(reliefRecord(0, 40, 0, 2, 3, 30, 1, kNaN)); }, false},
+    {"stroke_size_nan", [] { return strokeOf(kNaN, OUTSIDE); }, false},
+    {"stroke_size_negative", [] { return strokeOf(-7, OUTSIDE); }, true},
+    {"stroke_size_huge", [] { return strokeOf(1e9f, CENTRE); }, true},
+    {"stroke_size_inf", [] { return strokeOf(kInf, INSIDE); }, true},
+    {"stroke_position_odd", [] { return strokeOf(3, -5); }, false},
+};
 
 class FilterBadInput : public ::testing::TestWithParam<Setting> {};
 
@@ -59,7 +81,7 @@ TEST(EveryLayer, WithoutARecordDrawsNothingAndIgnoresNull)
 
 TEST_P(FilterBadInput, DrawsWhatTheArithmeticGivesOrNothing)
 {
-    auto layer = layerOf(GetParam());
+    auto layer = GetParam().layer();
     FilterRun run(disc(16, 5));
     LmBitmap noPixels, overCap(1u << 20, 1u << 20, 4);
     const LmECore::ParamPostProcessing missing[] = {
@@ -97,35 +119,7 @@ TEST_P(FilterBadInput, DrawsWhatTheArithmeticGivesOrNothing)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(AllFilters, FilterBadInput,
-                         ::testing::Values(Setting{"outer_size_nan", 1, 120, 5, kNaN, 0, false},
-                                           Setting{"outer_size_negative", 1, 120, 5, -7, 0, false},
-                                           Setting{"outer_size_huge", 1, 120, 5, 1e9f, 0, true},
-                                           Setting{"outer_size_inf", 1, 120, 5, kInf, 0, true},
-                                           Setting{"outer_angle_far", 1, -1e30f, 5, 3, 0, false},
-                                           Setting{"outer_distance_huge", 1, 30, 1e9f, 3, 0, true},
-                                           Setting{"inner_size_nan", 2, 120, 5, kNaN, 0, false},
-                                           Setting{"inner_size_huge", 2, 120, 5, 1e9f, 0, true},
-                                           Setting{"inner_angle_far", 2, 1e30f, 5, 3, 0, false},
-                                           Setting{"inner_distance_huge", 2, 30, -1e9f, 3, 0, false},
-                                           Setting{"inner_distance_nan", 2, 30, kNaN, 3, 0, false},
-                                           Setting{"outer_glow_size_negative", 3, 0, 0, -7, 0, true},
-                                           Setting{"outer_glow_size_huge", 3, 0, 0, 1e9f, 0, true},
-                                           Setting{"inner_glow_size_nan", 4, 0, 0, kNaN, 0, false},
-                                           Setting{"inner_glow_size_empty_path", 4, 0, 0, -1, 0, false},
-                                           Setting{"inner_glow_size_inf", 4, 0, 0, kInf, 0, true},
-                                           Setting{"bevel_inner_size_nan", 5, 120, 0, kNaN, 1, false},
-                                           Setting{"bevel_outer_chisel_max", 5, 120, 1, 100, 0, false},
-                                           Setting{"bevel_size_negative", 5, 120, 0, -9, 1, true},
-                                           Setting{"bevel_canvas_past_the_cap", 5, 120, 1, 12000, 0, true},
-                                           Setting{"emboss_canvas_past_the_cap", 6, 120, 0, 12000, 1, true},
-                                           Setting{"emboss_pillow_chisel_huge", 6, -1e30f, 1, 1e30f, 3, true},
-                                           Setting{"emboss_angle_nan", 6, kNaN, 0, 40, 0, false},
-                                           Setting{"stroke_size_nan", 10, 0, 0, kNaN, 1, false},
-                                           Setting{"stroke_size_negative", 10, 0, 0, -7, 1, true},
-                                           Setting{"stroke_size_huge", 10, 0, 0, 1e9f, 0, true},
-                                           Setting{"stroke_size_inf", 10, 0, 0, kInf, 2, true},
-                                           Setting{"stroke_position_odd", 10, 0, 0, 3, -5, false}),
+INSTANTIATE_TEST_SUITE_P(AllFilters, FilterBadInput, ::testing::ValuesIn(kSettings),
                          [](const ::testing::TestParamInfo<Setting>& info) { return std::string(info.param.name); });
 
 // The windowed searches of an outside chiselled bevel or emboss cost about their reach per pixel
