@@ -20,14 +20,10 @@ using namespace LmTest;
 
 namespace {
 
-Mask goldenDisc() { return disc(64, 22.3); }
-Mask goldenRing() { return ring(80, 34, 21.5); }
-Mask goldenDiagonal() { return diagonal(72); }
-Mask goldenGlyph() { return glyph(64, 72); }
+const Mask goldenDisc = disc(64, 22.3), goldenRing = ring(80, 34, 21.5), goldenDiagonal = diagonal(72);
+const Mask goldenGlyph = glyph(64, 72);
 // Bevel and emboss run over smaller masks.
-Mask reliefDisc() { return disc(28, 10.3); }
-Mask reliefGlyph() { return glyph(40, 44); }
-Mask noInk() { return rect(4, 4, 0, 0, 0, 0); }
+const Mask reliefDisc = disc(28, 10.3), reliefGlyph = glyph(40, 44), noInk = rect(4, 4, 0, 0, 0, 0);
 
 // Half text opacity forces two-pass compositing.
 void twoPass(LmEffect& s) { s.setTextOpacity(0.5f); }
@@ -51,11 +47,10 @@ LmGradient kFiveStops[] = {{0xFFFF0000, 1, 0}, {0xFFFFFF00, 0.5f, 0.3f}, {0xFF00
 void addPattern(LmEffect& s, float scale, float opacity)
 {
     LmBitmap tile(6, 5, 4);
-    for (unsigned i = 0; i < 30; ++i) {
-        const unsigned x = i % 6, y = i / 6;
-        const unsigned char p[4] = {(unsigned char)(x == 5 ? 0 : y == 2 ? 128 : 255), (unsigned char)(x * 50),
-                                    (unsigned char)(y * 60), (unsigned char)(255 - x * 40)};
-        std::copy(p, p + 4, tile.pixels + i * 4);
+    for (unsigned i = 0; i < 120; ++i) {
+        const unsigned x = i / 4 % 6, y = i / 24;
+        const unsigned argb[4] = {x == 5 ? 0u : y == 2 ? 128u : 255u, x * 50, y * 60, 255 - x * 40};
+        tile.pixels[i] = (unsigned char)argb[i % 4];
     }
     s.addPatternText(&tile, scale, opacity);
 }
@@ -84,7 +79,7 @@ void glow(LmEffect& s, int kind, float size, unsigned colour, const std::vector<
 
 struct GoldenCase {
     const char* name;
-    Mask (*mask)();
+    const Mask& mask;
     void (*addLayers)(LmEffect&);
 };
 
@@ -179,7 +174,7 @@ TEST_P(FilterGolden, MatchesTheStoredImage)
     const GoldenCase& c = GetParam();
     LmEffect stack;
     c.addLayers(stack);
-    const Mask mask = c.mask();
+    const Mask& mask = c.mask;
     stack.addText(0xFFFFFFFF);
     const int left = stack.getLeftOffset(), top = stack.getTopOffset();
     const unsigned width = mask.width + left + stack.getRightOffset();
