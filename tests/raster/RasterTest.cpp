@@ -34,18 +34,11 @@ bool sameBytes(const LmBitmap& a, const LmBitmap& b)
 } // namespace
 
 // Clearing and copying are pinned by every filter test; self-assignment only here.
-TEST(LmBitmap, SelfAssignmentKeepsTheBuffer)
-{
-    LmBitmap b(3, 2, 1);
-    b.pixels[5] = 6;
-    b = b;
-    EXPECT_EQ(6, b.pixels[5]);
-}
-
-TEST(LmBitmap, CutOutOfEightBitBitmap)
+TEST(LmBitmap, SelfAssignedThenCutOut)
 {
     LmBitmap src(6, 4, 1);
     for (unsigned i = 0; i < 24; ++i) src.pixels[i] = (unsigned char)(i / 6 * 10 + i % 6);
+    src = src; // keeps the buffer the cut-outs read
     // A reversed rectangle still has a positive size but copies nothing; one reaching outside
     // the source reads nothing before it (the grid is the byte buffer's: past a row's end is the
     // next row).
