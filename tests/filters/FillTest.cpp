@@ -79,9 +79,8 @@ TEST(GradientLayers, TheStackClampsTheStopsTheLayerCopies)
     EXPECT_EQ(std::vector<float>({p->angle, p->scale, p->stops[0].position, p->stops[1].position, p->stops[2].position}),
               std::vector<float>({330, 2, 0.45f, 0, 1}));
     // Unsorted after clamping, the ramp still starts on the first stop, premultiplied.
-    LmECore* linear = stack.getEffect(LM_EFFECT_LINEAR_GRADIENT);
     FilterRun run(rect(20, 4, 0, 0, 20, 4));
-    EXPECT_EQ(run.run(*linear), 1);
+    EXPECT_EQ(run.run(*stack.getEffect(LM_EFFECT_LINEAR_GRADIENT)), 1);
     EXPECT_EQ(std::vector<int>(run.target.pixels, run.target.pixels + 4), std::vector<int>({128, 0, 0, 128}));
     std::vector<LmGradient> many(300, {RED, 1, 0.5f});
     stack.addRadialGradientText(1, 1, 300, many.data());

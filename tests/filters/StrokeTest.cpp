@@ -67,18 +67,14 @@ TEST(StrokeKernel, WorkedRadii)
     EXPECT_EQ(Kernel(1e9f).bytes, nullptr);
 }
 
-// Halves round up (the goldens pin the centre and inside margins).
-TEST(StrokeLayer, Offsets)
+// Offsets: halves round up (the goldens pin the centre and inside margins). An inside stroke of
+// radius 2 gives n = 2: the output reaches n + 1 beyond the 6 x 6 box, full wherever the mask is
+// empty.
+TEST(StrokeLayer, OffsetsAndInsideReach)
 {
-    EXPECT_EQ(strokeOf(1.5f, OUTSIDE)->getOffset(), 2);
-    EXPECT_EQ(strokeOf(7, 5)->getOffset(), 0);
-    EXPECT_EQ(strokeOf(std::nanf(""), OUTSIDE)->getOffset(), 0);
-}
-
-TEST(StrokeLayer, InsideStrokeReachesBeyondTheBox)
-{
-    // Radius 2 gives n = 2: the output reaches n + 1 beyond the 6 x 6 box, full wherever the
-    // mask is empty.
+    EXPECT_EQ(std::vector<int>({strokeOf(1.5f, OUTSIDE)->getOffset(), strokeOf(7, 5)->getOffset(),
+                                strokeOf(std::nanf(""), OUTSIDE)->getOffset()}),
+              std::vector<int>({2, 0, 0}));
     FilterRun run(rect(30, 30, 12, 12, 18, 18));
     run.run(*strokeOf(2, INSIDE));
     // Inside, 2 from the empty border is full and 3 from it empty.
