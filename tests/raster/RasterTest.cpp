@@ -120,7 +120,8 @@ TEST(LmBlender, ClipsAtEveryEdge)
     ASSERT_TRUE(sameBytes(rgba, LmBitmap(4, 4, 4)));
     // Bottom-right clipping with a stride wider than the drawn width.
     LmBlender::drawBitmapBlend8(3, 3, &rgba, src, 2, 2, 5, 0xFFFFFFFFu, 1);
-    EXPECT_EQ(std::vector<unsigned>({at(rgba, 2, 3)[3], at(rgba, 3, 3)[3]}), std::vector<unsigned>({0, (256u * src[0]) >> 8}));
+    EXPECT_EQ(std::vector<unsigned>({at(rgba, 2, 3)[3], at(rgba, 3, 3)[3]}),
+              std::vector<unsigned>({0, (256u * src[0]) >> 8}));
 }
 
 TEST(LmBlender, ChannelsKeepTheirMeaningOnAnyByteOrder)
