@@ -64,8 +64,6 @@ void relief(LmEffect& s, bool emboss, int style, int technique, int direction, i
     if (twoPass) ::twoPass(s);
 }
 
-enum { OUTER_GLOW = 3, INNER_GLOW = 4 };
-
 const std::vector<LmGradient> kSunset = {{0xFFFFE060, 1, 0}, {0xFFFF6020, 1, 0.4f}, {0xFF8010A0, 1, 1}};
 const std::vector<LmGradient> kTwo = {{0xFF20C0FF, 1, 0.1f}, {0xFF2040A0, 0.6f, 0.9f}};
 // For the stack to clamp: positions outside 0..1 and unsorted, opacities above 1 and NaN.

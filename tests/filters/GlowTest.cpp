@@ -14,7 +14,6 @@ using namespace LmTest;
 
 namespace {
 
-enum { OUTER = 3, INNER = 4 };
 enum : unsigned { BLACK = 0xFF000000, WHITE = 0xFFFFFFFF, RED = 0xFFFF0000, BLUE = 0xFF0000FF };
 
 LmGradient stop(unsigned colour, float position, float opacity = 1) { return LmGradient{colour, opacity, position}; }
@@ -51,28 +50,28 @@ std::vector<unsigned> plainGlow(std::vector<unsigned char> P, int W, int H, int 
     return out;
 }
 
-void expectSameBytes(const Mask& m, const LmRect& box, float size, int kind, const std::vector<LmGradient>& stops)
+void expectSameBytes(const Mask& m, const LmRect& box, float size, bool inner, const std::vector<LmGradient>& stops)
 {
-    auto layer = glowOf(kind, size, 0xFF40C0E0, stops);
+    auto layer = glowOf(inner ? INNER_GLOW : OUTER_GLOW, size, 0xFF40C0E0, stops);
     FilterRun run(m);
     run.textRect = box;
     ASSERT_EQ(run.run(*layer), 1);
     const int G = (int)size + 1, W = box.width() + 4 * G, H = box.height() + 4 * G;
-    std::vector<unsigned char> P((size_t)W * H, kind == 4 ? 255 : 0);
+    std::vector<unsigned char> P((size_t)W * H, inner ? 255 : 0);
     for (int y = 0; y < box.height(); ++y)
         for (int x = 0; x < box.width(); ++x) {
             const unsigned char v = m.pixels[(size_t)(box.top + y) * m.width + box.left + x];
-            P[(size_t)(2 * G + y) * W + 2 * G + x] = kind == 4 ? (unsigned char)(255 - v) : v;
+            P[(size_t)(2 * G + y) * W + 2 * G + x] = inner ? (unsigned char)(255 - v) : v;
         }
     std::vector<unsigned> t(LmGlow::kTableSize);
     layer->makeColorLUT(t.data(), 0.3f, 0);
     for (unsigned& c : t) // premultiplied, (ch + 1) * A >> 8
         for (int s = 0, a = (int)(c >> 24); s < 24; s += 8) c = (c & ~(255u << s)) | ((((c >> s & 255) + 1) * a >> 8) << s);
     LmBitmap expected(m.width, m.height, 4);
-    LmBlender::drawBitmapBlend32(box.left - 2 * G, box.top - 2 * G, &expected, plainGlow(P, W, H, G, kind == 4, t.data()).data(),
+    LmBlender::drawBitmapBlend32(box.left - 2 * G, box.top - 2 * G, &expected, plainGlow(P, W, H, G, inner, t.data()).data(),
                                  W, H, W, LME_BLEND_DST_OVER);
     ASSERT_EQ(0, std::memcmp(expected.pixels, run.target.pixels, (size_t)m.width * m.height * 4))
-        << "kind " << kind << " size " << size << " box at " << box.left << "," << box.top;
+        << (inner ? "inner" : "outer") << " size " << size << " box at " << box.left << "," << box.top;
 }
 
 } // namespace
@@ -100,7 +99,7 @@ TEST(GlowColorTable, WorkedEntries)
     };
     for (const auto& c : cases) {
         std::vector<unsigned> t(LmGlow::kTableSize, 0xDEADBEEF);
-        glowOf(OUTER, c.size, c.colour, c.stops)->makeColorLUT(t.data(), 0.3f, c.curve);
+        glowOf(OUTER_GLOW, c.size, c.colour, c.stops)->makeColorLUT(t.data(), 0.3f, c.curve);
         for (const auto& e : c.entries) EXPECT_EQ(t[(size_t)e.first], e.second) << c.size << " " << e.first;
     }
 }
@@ -108,10 +107,10 @@ TEST(GlowColorTable, WorkedEntries)
 TEST(GlowLayer, OffsetsAndOwnCopyOfTheRecord)
 {
     const std::pair<float, int> offsets[] = {{10.4f, 10}, {10.5f, 11}, {NAN, 0}, {1e30f, INT_MAX}};
-    for (const auto& o : offsets) EXPECT_EQ(glowOf(INNER, o.first)->getOffset(), o.second) << o.first;
+    for (const auto& o : offsets) EXPECT_EQ(glowOf(INNER_GLOW, o.first)->getOffset(), o.second) << o.first;
     // The caller's stops changed: the layer keeps its copy.
     std::vector<LmGradient> stops = {stop(RED, 0), stop(BLUE, 1)};
-    auto layer = glowOf(OUTER, 5, WHITE, stops);
+    auto layer = glowOf(OUTER_GLOW, 5, WHITE, stops);
     stops[0].colour = BLACK;
     EXPECT_EQ(dynamic_cast<LmGlowProperty&>(*layer->getProperty()).stops[0].colour, RED);
 }
@@ -135,6 +134,6 @@ TEST(GlowSameBytes, RandomMasksBoxesAndSizes)
                 const int l = (int)(rng() % w), t = (int)(rng() % h);
                 box = LmRect(l, t, l + 1 + (int)(rng() % (w - l)), t + 1 + (int)(rng() % (h - t)));
             }
-            for (int kind : {3, 4}) expectSameBytes(m, box, size + (rng() % 2 ? 0.5f : 0), kind, ramps[rng() % 3]);
+            for (bool inner : {false, true}) expectSameBytes(m, box, size + (rng() % 2 ? 0.5f : 0), inner, ramps[rng() % 3]);
         }
 }

@@ -193,10 +193,11 @@ inline LmBevelProperty reliefRecord(int style, float size, int technique, int so
     return LmBevelProperty(style, size, depth, direction, technique, soften, 1, angle, altitude, 0xFF000080, 1,
                            0xFFFFFFFF, 1);
 }
-// A glow layer of either kind (3 outer, 4 inner) with a copy of the stops.
+// A glow layer of either kind with a copy of the stops.
+enum { OUTER_GLOW = 3, INNER_GLOW = 4 };
 inline std::unique_ptr<LmGlow> glowOf(int kind, float size, unsigned colour = 0xFFFFFFFF, std::vector<LmGradient> stops = {})
 {
-    std::unique_ptr<LmGlow> layer(kind == 3 ? (LmGlow*)new LmOuterGlow() : new LmInnerGlow());
+    std::unique_ptr<LmGlow> layer(kind == OUTER_GLOW ? (LmGlow*)new LmOuterGlow() : new LmInnerGlow());
     LmOuterGlowProperty p(size, colour, 1, (int)stops.size(), stops.empty() ? nullptr : stops.data());
     layer->setProperty(&p);
     return layer;
