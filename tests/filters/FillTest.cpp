@@ -11,7 +11,6 @@
 #include "filters/LmPattern.h"
 #include "filters/LmRadialGradient.h"
 
-using namespace LmFontEffect;
 using namespace LmTest;
 
 namespace {

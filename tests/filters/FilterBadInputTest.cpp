@@ -7,10 +7,8 @@
 #include "foundation/Error.h"
 #include "support/TestSupport.h"
 
-#include <climits>
 #include <functional>
 
-using namespace LmFontEffect;
 using namespace LmTest;
 
 namespace {

@@ -15,7 +15,6 @@
 
 #include <string>
 
-using namespace LmFontEffect;
 using namespace LmTest;
 
 namespace {

@@ -6,10 +6,6 @@
 #include "filters/LmGaussianBlur.h"
 #include "raster/LmBlender.h"
 
-#include <climits>
-#include <cstring>
-
-using namespace LmFontEffect;
 using namespace LmTest;
 
 namespace {

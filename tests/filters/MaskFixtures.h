@@ -2,7 +2,7 @@
 #define LMFONTEFFECT_TESTS_FILTERS_MASKFIXTURES_H
 
 // Synthetic 8-bit coverage masks, filter layers in opaque white, and one layer's post-processing
-// run over a mask.
+// run over a mask; the tests of this folder take their common includes and names from here.
 
 #include "effect/LmBevelProperty.h"
 #include "effect/LmECore.h"
@@ -24,7 +24,10 @@
 
 #include <algorithm>
 #include <array>
+#include <climits>
 #include <cmath>
+#include <cstdlib>
+#include <cstring>
 #include <functional>
 #include <memory>
 #include <random>

@@ -8,11 +8,8 @@
 #include "filters/LmRelief.h"
 #include "raster/LmSqrt.h"
 
-#include <climits>
-#include <cstring>
 #include <limits>
 
-using namespace LmFontEffect;
 using namespace LmTest;
 
 namespace {

@@ -5,9 +5,6 @@
 
 #include "filters/LmGaussianBlur.h"
 
-#include <climits>
-
-using namespace LmFontEffect;
 using namespace LmTest;
 
 namespace {

@@ -2,13 +2,6 @@
 // windowed ones' bytes.
 #include "filters/MaskFixtures.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <cstdlib>
-#include <random>
-
-using namespace LmFontEffect;
 using namespace LmTest;
 
 namespace {
