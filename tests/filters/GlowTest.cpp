@@ -127,8 +127,10 @@ TEST(GlowSameBytes, RandomMasksBoxesAndSizes)
             for (unsigned y = 0; y < h; ++y) std::copy_n(&ink.pixels[(size_t)y * w], w, &m.pixels[(size_t)(y + pad) * mw + pad]);
             LmRect box((int)pad, (int)pad, (int)(pad + w), (int)(pad + h));
             if (!pad && rng() % 2) {
+                // One declaration per draw: the order of function arguments is not fixed.
                 const int l = (int)(rng() % w), t = (int)(rng() % h);
-                box = LmRect(l, t, l + 1 + (int)(rng() % (w - l)), t + 1 + (int)(rng() % (h - t)));
+                const int r = l + 1 + (int)(rng() % (w - l)), b = t + 1 + (int)(rng() % (h - t));
+                box = LmRect(l, t, r, b);
             }
             for (bool inner : {false, true}) expectSameBytes(m, box, size + (rng() % 2 ? 0.5f : 0), inner, ramps[rng() % 3]);
         }
