@@ -7,6 +7,7 @@ import java.awt.image.BufferedImage;
 import java.io.File;
 import java.nio.file.Files;
 import java.nio.file.Paths;
+import java.util.List;
 import java.util.function.Predicate;
 import javax.imageio.ImageIO;
 import org.junit.Test;
@@ -45,15 +46,11 @@ public class EndToEndTest {
     public void aTextConfiguredFromJavaRendersAsTheStoredImage() throws Exception {
         byte[] bytes = Files.readAllBytes(Paths.get(NativeProbe.SANS));
         AssetManager assets = new AssetManager(new File(NativeProbe.FONTS));
-        int background = 0xFFE0F0FF;
         int[] first = null;
-        @SuppressWarnings("unchecked") Predicate<LmText>[] fontSources = new Predicate[] {
-            (Predicate<LmText>) t -> t.LmText_SetFont2("e2e-bytes", bytes),
-            (Predicate<LmText>) t -> t.LmText_SetFont(NativeProbe.SANS),
-            (Predicate<LmText>) t -> t.LmText_SetFont3(assets, "DejaVuSans.ttf"),
-        };
-        for (Predicate<LmText> font : fontSources) {
-            LmText t = NativeProbe.configured(5, background);
+        for (Predicate<LmText> font : List.<Predicate<LmText>>of(t -> t.LmText_SetFont2("e2e-bytes", bytes),
+                                                               t -> t.LmText_SetFont(NativeProbe.SANS),
+                                                               t -> t.LmText_SetFont3(assets, "DejaVuSans.ttf"))) {
+            LmText t = NativeProbe.configured(5, 0xFFE0F0FF);
             assertTrue(font.test(t));
             addEffects(t);
             int[] pixels = t.LmText_RenderTextEffect();

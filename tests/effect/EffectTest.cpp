@@ -1,8 +1,15 @@
+// The effect stack and its records: ids, replacement, clamping, the key bytes of every kind,
+// degenerate sizes, and the un-premultiplying finish.
+#include "effect/LmBevelProperty.h"
 #include "effect/LmECore.h"
 #include "effect/LmECoreBase.h"
 #include "effect/LmEffect.h"
+#include "effect/LmEmbossProperty.h"
 #include "effect/LmGlyph.h"
 #include "effect/LmGradient.h"
+#include "effect/LmInnerShadowProperty.h"
+#include "effect/LmLinearGradientProperty.h"
+#include "effect/LmOuterGlowProperty.h"
 #include "effect/LmOuterShadowProperty.h"
 #include "effect/LmPatternProperty.h"
 #include "effect/LmStrokeProperty.h"
@@ -13,12 +20,18 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <cstring>
 #include <memory>
+#include <string>
+#include <tuple>
 #include <vector>
 
 using namespace LmFontEffect;
+
+namespace {
 
 TEST(LmEffect, AddingAKindTwiceReplacesItsParametersInPlace)
 {
@@ -106,9 +119,8 @@ TEST(LmEffect, AddOperationsClampTheirArguments)
         {INFINITY, 0, 1, 100, 1, 0xFF000000u}, {2, 0x00FF8040u, 0.7f, 2, 0.7f, 0xB3B35A2Du}};
     for (const auto& c : strokes) {
         e.addStrokeText(c.size, c.colour, c.opacity, 0, 1);
-        EXPECT_EQ(c.wantSize, stroke()->size) << c.size;
-        EXPECT_EQ(c.wantOpacity, stroke()->opacity) << c.size;
-        EXPECT_EQ(c.wantColour, stroke()->colour) << std::hex << c.colour;
+        EXPECT_EQ(std::make_tuple(c.wantSize, c.wantOpacity, c.wantColour),
+                  std::make_tuple(stroke()->size, stroke()->opacity, stroke()->colour)) << c.size;
     }
 
     auto shadow = [&] { return dynamic_cast<LmOuterShadowProperty*>(e.getEffect(LM_EFFECT_OUTER_SHADOW)->getProperty()); };
@@ -116,10 +128,9 @@ TEST(LmEffect, AddOperationsClampTheirArguments)
         {-30, 5, 3, 1, 330, 5, 3, 1}, {725.9f, 5, 3, 1, 5, 5, 3, 1}, {NAN, -1e30f, 1e30f, 2, 0, 0, 100, 1}};
     for (const auto& c : shadows) {
         e.addOuterShadowText(c.angle, c.distance, c.size, 0, c.opacity);
-        EXPECT_EQ(c.wantAngle, shadow()->angle) << c.angle;
-        EXPECT_EQ(c.wantDistance, shadow()->distance) << c.angle;
-        EXPECT_EQ(c.wantSize, shadow()->size) << c.angle;
-        EXPECT_EQ(c.wantOpacity, shadow()->opacity) << c.angle;
+        const LmOuterShadowProperty* s = shadow();
+        EXPECT_EQ(std::make_tuple(c.wantAngle, c.wantDistance, c.wantSize, c.wantOpacity),
+                  std::make_tuple(s->angle, s->distance, s->size, s->opacity)) << c.angle;
     }
 }
 
@@ -155,19 +166,14 @@ TEST(LmEffect, AbsurdSizesAndMissingPixelsDrawNothing)
     e.addOuterShadowText(45, 10, 10, 0xFF000000u, 1);
     e.addInnerShadowText(45, 10, 10, 0xFF000000u, 1);
     unsigned char cov[4] = {255, 255, 255, 255};
-    LmGlyph g;
-    g.pixels = cov;
-    g.width = 2;
-    g.height = 2;
+    LmGlyph g{cov, 2, 2};
 
     // Masks too large to allocate are among the failed allocations of the fault tests.
     // Negative sizes become empty images; a glyph without pixels only grows the text box.
     LmBitmap out(4, 4, 4);
     e.initEffect(-5, -5);
     e.setDstBitmap(&out);
-    LmGlyph empty;
-    empty.width = 3;
-    empty.height = 3;
+    LmGlyph empty{nullptr, 3, 3};
     e.renderEffectLayer(0, 0, nullptr);
     e.renderEffectLayer(0, 0, &empty);
     LmTest::LogCapture log;
@@ -186,3 +192,98 @@ TEST(LmEffect, AbsurdSizesAndMissingPixelsDrawNothing)
     e.compositeLayers(nullptr);
     for (int i = 0; i < 64; ++i) ASSERT_EQ(0, out.pixels[i]);
 }
+
+std::string serial(const LmProperty& p)
+{
+    std::string out((size_t)p.getSequentialCharLength(), '\0');
+    char* cursor = &out[0];
+    EXPECT_EQ(1, p.toSequentialChar(&cursor));
+    EXPECT_EQ(&out[0] + out.size(), cursor) << "length and written bytes differ";
+    return out;
+}
+
+std::string hex(const std::string& bytes)
+{
+    std::string out;
+    char digits[3];
+    for (unsigned char b : bytes) std::snprintf(digits, sizeof digits, "%02x", b), out += digits;
+    return out;
+}
+
+// The key bytes of every record kind, pinned here once. The values are ones the records clamp
+// or wrap (angle 400 to 40, -30 to 330, depth 12 to 10, soften -1 to 0 and 99 to 16, altitude
+// 100 to 10, scale 2.5 to 2 and NaN or -1 to 0, fields above 127 to their low 7 bits, no stops
+// for a count of 0 or less or a missing array), and values nothing should survive (NaN, 1e30).
+TEST(LmProperty, KeyBytesOfEveryKind)
+{
+    LmGradient stops[3] = {{0xFF0000FFu, 1.0f, 0.0f}, {0x80FF0000u, 0.5f, 0.5f}, {0xFF00FF00u, 1.0f, 1.0f}};
+    const float nan = std::nanf("");
+    const struct {
+        std::string key, hex;
+    } cases[] = {
+        {serial(LmTextProperty(0xFF336699u, 1.0f)), "548f8f838386868989"},
+        {serial(LmOuterShadowProperty(400, 5, 3, 0x80000000u, 0.5f)), "5380a885838880808080808080"},
+        {serial(LmOuterShadowProperty(-30, 0, 0, 0, 1)), "5382ca80808080808080808080"},
+        {serial(LmInnerShadowProperty(-30, 0, 0, 0, 1)), "4982ca80808080808080808080"},
+        {serial(LmStrokeProperty(130, 0xFF000000u, 1, 3, 1)), "4b828f8f8080808080808381"},
+        {serial(LmBevelProperty(1, 5, 12, 0, 0, -1, 1, 400, 100, 0xFF000000u, 1, 0xFFFFFFFFu, 1)),
+         "4281808580838e8880808080a88a8f8f8080808080808f8f8f8f8f8f8f8f"},
+        {serial(LmEmbossProperty(0, 0, -3, 0, 0, 99, 0, 0, 0, 0, 0, 0, 0)),
+         "458080808080808080809080808080808080808080808080808080808080"},
+        {serial(LmLinearGradientProperty(30, 2.5f, 1, 3, stops)),
+         "4c809e8c888f8f808080808f8fe48088808f8f80808080b2b28f8f80808f8f8080e4e4"},
+        {serial(LmLinearGradientProperty(0, nan, 1, -4, stops)), "4c80808080"},
+        {serial(LmLinearGradientProperty(0, -1, 1, 0, nullptr)), "4c80808080"},
+        {serial(LmOuterGlowProperty(5, 0, 1, 7, nullptr)), "47858080808080808080"},
+        {serial(LmOuterGlowProperty(1e9f, 0u, 1, 1, stops)), "478080808080808080808f8f808080808f8fe480"},
+        {serial(LmOuterShadowProperty(nan, 1e30f, -1e30f, 0xFFFFFFFFu, 1)), "538080ff808f8f8f8f8f8f8f8f"},
+        {serial(LmStrokeProperty(nan, 0x41414141u, 1, -1, 0x41)), "4b808481848184818481ffc1"},
+        {serial(LmBevelProperty(0x5A, 1e10f, nan, -7, 255, 3, 1, nan, -45, 0u, 0, 0x5A5A5A5Au, 1)),
+         "42da8f8f80808080f9ff838080d38080808080808080858a858a858a858a"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(hex(c.key), c.hex);
+        for (size_t i = 1; i < c.key.size(); ++i) EXPECT_TRUE((unsigned char)c.key[i] & 0x80) << c.hex << " byte " << i;
+    }
+    // The inner shadow keeps the negative remainder it writes as 330.
+    EXPECT_EQ(-30.0f, LmInnerShadowProperty(-30, 0, 0, 0, 1).angle);
+}
+
+TEST(LmProperty, PatternIsIdentifiedByItsImage)
+{
+    LmBitmap a(2, 2, 4), b(2, 2, 4);
+    const std::string s = serial(LmPatternProperty(&a, 12, 0.5f));
+    EXPECT_EQ(s, serial(LmPatternProperty(&a, 12, 0.5f)));
+    EXPECT_NE(s, serial(LmPatternProperty(&b, 12, 0.5f)));
+    EXPECT_EQ(hex(s.substr(9)), "80838e8880808382"); // scale clamped to 10 (1000), opacity 50
+    EXPECT_EQ(0.0f, LmPatternProperty(&a, -2, 1).scale);
+}
+
+// Every text alpha against every (alpha, channel) pair, each channel seeing every value, with an
+// opaque row running into a clear one, against the dividing pass.
+TEST(LmEffectFinish, UnpremultiplyMatchesTheDividingPassOnEveryInput)
+{
+    LmBitmap start(256, 257, 4); // the last row stays clear
+    for (unsigned i = 0; i < 256 * 256; ++i) {
+        const unsigned char px[4] = {(unsigned char)i, (unsigned char)(255 - i), (unsigned char)(i ^ 0x5A),
+                                     (unsigned char)(i >> 8)};
+        std::memcpy(start.pixels + 4 * i, px, 4);
+    }
+    for (unsigned k = 0; k < 256; ++k) {
+        LmBitmap fast(start), expected(start);
+        unsigned char* p = expected.pixels;
+        for (unsigned i = 0; i < 256 * 257; ++i, p += 4) {
+            if ((p[0] | p[1] | p[2] | p[3]) == 0) continue;
+            const unsigned ka = k * (p[3] + 1u), a = ka >> 8;
+            p[3] = (unsigned char)a;
+            for (int c = 0; c < 3; ++c)
+                p[c] = ka <= 255 ? 0 : (unsigned char)std::min(((k * (p[c] + 1u)) & 0xFF00u) / a, 255u);
+        }
+        LmEffect effect;
+        effect.addText((k << 24) | 0x123456u);
+        effect.compositeLayers(&fast);
+        ASSERT_EQ(0, std::memcmp(expected.pixels, fast.pixels, 256 * 257 * 4)) << "text alpha " << k;
+    }
+}
+
+} // namespace
