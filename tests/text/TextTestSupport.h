@@ -20,6 +20,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <fstream>
 #include <iterator>
@@ -90,6 +91,19 @@ inline LmFontEffect::LmPaint paintOf(float size)
     return paint;
 }
 
+// Shapes text[start, end) with the whole text as context; sans with the CJK fallback unless told.
+inline LmFontEffect::LmLayout layoutOf(const std::u16string& text, const LmFontEffect::LmPaint& paint,
+                                       int bidi = LmFontEffect::LmLayoutUtils::kBidiDefaultLTR,
+                                       const LmFontEffect::LmTypeface* typeface = nullptr, size_t start = 0,
+                                       size_t end = std::u16string::npos)
+{
+    static const auto withCjk = sansWithCjk();
+    std::vector<uint16_t> units = utf16(text);
+    end = std::min(end, units.size());
+    return LmFontEffect::LmLayoutUtils::doLayout(paint, bidi, typeface ? typeface : withCjk.get(), units.data(),
+                                                 units.size(), start, end - start, 0, units.size());
+}
+
 // Row y of a raster as '#' where a pixel has coverage (its last byte) and '.' where it has none.
 inline std::string inkRow(const unsigned char* pixels, int width, int y, int bytesPerPixel = 1)
 {
@@ -140,6 +154,13 @@ inline void freshFontManager(bool systemFonts)
     }
 }
 
+// Each test starts and ends with an empty font registry.
+class FreshFonts : public ::testing::Test {
+protected:
+    void SetUp() override { freshFontManager(false); }
+    void TearDown() override { freshFontManager(false); }
+};
+
 // One line with a box of the font's ascent and descent at the paint's size, as the bridge builds it.
 inline LmFontEffect::LineInfo* newLine(int x, int baseline, int start, int end, int direction = 1)
 {
@@ -179,9 +200,7 @@ inline LineMask expectedLineMask(const std::u16string& text, size_t start, size_
                                  const LmFontEffect::LmTypeface* typeface = sansOnly())
 {
     const LmFontEffect::LmPaint paint = paintOf(size);
-    std::vector<uint16_t> units = utf16(text);
-    LmFontEffect::LmLayout layout = LmFontEffect::LmLayoutUtils::doLayout(
-        paint, bidi, typeface, units.data(), units.size(), start, end - start, 0, units.size());
+    LmFontEffect::LmLayout layout = layoutOf(text, paint, bidi, typeface, start, end);
     LineMask m;
     const LmFontEffect::LmGlyphBox& b = layout.getBounds();
     m.width = (int)layout.getAdvance();
