@@ -1,12 +1,5 @@
 #include "text/TextTestSupport.h"
 
-#include "effect/LmGlyph.h"
-#include "foundation/Error.h"
-#include "foundation/LmLog.h"
-#include "raster/LmBitmap.h"
-#include "support/TestSupport.h"
-#include "text/LmFontDrawing.h"
-
 #include <climits>
 #include <cstdlib>
 #include <random>

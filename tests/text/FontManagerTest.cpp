@@ -1,6 +1,5 @@
 #include "text/TextTestSupport.h"
 
-#include "support/TestSupport.h"
 #include "text/LmFontManagerImpl.h"
 
 #include <cstdio>

@@ -1,12 +1,8 @@
 #include "text/TextTestSupport.h"
 
-#include "platform/LmCanvas.h"
-#include "platform/LmLocaleListRegistry.h"
-#include "platform/LmSystemFonts.h"
-
 #include <algorithm>
-#include <cmath>
 #include <limits>
+#include <tuple>
 #include <utility>
 
 using namespace LmFontEffect;
@@ -14,14 +10,11 @@ using namespace LmTest;
 
 namespace {
 
-// An RGBA raster with its canvas; pixels read back as 0xRRGGBBAA (R, G, B, A in memory).
+const float kNaN = std::numeric_limits<float>::quiet_NaN(), kInf = std::numeric_limits<float>::infinity();
+
+// An RGBA raster (R, G, B, A in memory) with its canvas.
 struct Raster {
     Raster(int w, int h) : w(w), px((size_t)w * h * 4, 0), canvas(px.data(), w, h) {}
-    uint32_t rgba(int x, int y) const
-    {
-        const unsigned char* p = &px[((size_t)y * w + x) * 4];
-        return (uint32_t)p[0] << 24 | p[1] << 16 | p[2] << 8 | p[3];
-    }
     std::string row(int y) const { return inkRow(px.data(), w, y, 4); }
     bool blank() const { return std::all_of(px.begin(), px.end(), [](unsigned char c) { return c == 0; }); }
     int w;
@@ -60,7 +53,8 @@ std::vector<uint32_t> sansIds(const std::u16string& chars)
 
 } // namespace
 
-TEST(PlatformCanvas, RectanglesFillThePixelsWhoseCentresLieInsideTheClip)
+// The render draws its composite image whole at (0, 0); other offsets must only stay inside.
+TEST(PlatformCanvas, RectanglesFillPixelCentresInsideTheClipAndImagesAreClipped)
 {
     Raster r(8, 6);
     std::fill(r.px.begin(), r.px.end(), 0x5A);
@@ -69,7 +63,7 @@ TEST(PlatformCanvas, RectanglesFillThePixelsWhoseCentresLieInsideTheClip)
     // Fractional edges: a pixel is filled when its centre lies inside (the render's boxes are whole).
     r.canvas.drawRect(4.4f, 0.0f, 6.6f, 1.0f, 0xFF102030u);
     EXPECT_EQ("....###.", r.row(0));
-    EXPECT_EQ(0x102030FFu, r.rgba(4, 0));
+    EXPECT_EQ((std::vector<unsigned char>{0x10, 0x20, 0x30, 0xFF}), std::vector<unsigned char>(&r.px[16], &r.px[20]));
 
     r.canvas.clear();
     r.canvas.clipRect(2.0f, 3.0f, 8.0f, 9.0f);
@@ -79,25 +73,20 @@ TEST(PlatformCanvas, RectanglesFillThePixelsWhoseCentresLieInsideTheClip)
     EXPECT_EQ("........", r.row(2));
 
     // A NaN edge empties the clip; huge and infinite edges saturate; a NaN rectangle draws nothing.
-    const float nan = std::numeric_limits<float>::quiet_NaN(), inf = std::numeric_limits<float>::infinity();
     Raster n(4, 2), h(4, 2);
-    n.canvas.clipRect(nan, 0, 4, 4);
+    n.canvas.clipRect(kNaN, 0, 4, 4);
     n.canvas.drawRect(0, 0, 4, 4, 0xFFFFFFFFu);
     EXPECT_TRUE(n.blank());
     h.canvas.clipRect(-1e30f, -1e30f, 1e30f, 1e30f);
-    h.canvas.drawRect(-1e30f, 0, inf, 1, 0xFFFFFFFFu);
-    h.canvas.drawRect(0, 0, nan, 4, 0xFFFFFFFFu);
+    h.canvas.drawRect(-1e30f, 0, kInf, 1, 0xFFFFFFFFu);
+    h.canvas.drawRect(0, 0, kNaN, 4, 0xFFFFFFFFu);
     EXPECT_EQ("####", h.row(0));
     EXPECT_EQ("....", h.row(1));
-}
 
-// The render draws its composite whole at (0, 0); other offsets must only stay inside.
-TEST(PlatformCanvas, ImagesAreClippedAndDegenerateOnesDrawNothing)
-{
     const std::vector<unsigned char> img(3 * 2 * 4, 0xFF);
-    Raster r(4, 4), e(4, 4);
-    r.canvas.drawImage(img.data(), 3, 2, 2, 3);  // hangs off the right and bottom edges
-    EXPECT_EQ("..##", r.row(3));
+    Raster i(4, 4), e(4, 4);
+    i.canvas.drawImage(img.data(), 3, 2, 2, 3);  // hangs off the right and bottom edges
+    EXPECT_EQ("..##", i.row(3));
     e.canvas.drawImage(nullptr, 3, 2, 0, 0);
     e.canvas.drawImage(img.data(), -3, 2, 0, 0);
     e.canvas.drawImage(img.data(), 3, 2, 2147483647, 0);
@@ -109,7 +98,7 @@ TEST(PlatformCanvas, ImagesAreClippedAndDegenerateOnesDrawNothing)
     EXPECT_EQ(0, none.width());
 }
 
-TEST(PlatformFont, LoadsFaceWithStyleAndMetrics)
+TEST(PlatformFont, LoadsFacesAndRejectsUnusableBytes)
 {
     auto sans = loadFont(kSansPath);
     auto oblique = loadFont(kSansObliquePath);
@@ -117,11 +106,9 @@ TEST(PlatformFont, LoadsFaceWithStyleAndMetrics)
     EXPECT_FALSE(sans->IsNaturalItalic());
     EXPECT_TRUE(oblique->IsNaturalItalic());
     // The metrics' values are pinned by the tool's goldens, which place lines by them.
-    EXPECT_EQ(0.0f, sans->GetAscent(std::numeric_limits<float>::quiet_NaN()));
-}
+    EXPECT_EQ(0.0f, sans->GetAscent(kNaN));
 
-TEST(PlatformFont, RejectsUnusableBytesWithoutCrashing)
-{
+    // Random bytes: font manager test; damaged fonts that open: end-to-end bad-font test.
     std::vector<unsigned char> good = readFileBytes(kSansPath);
     ASSERT_GT(good.size(), 1000u);
     EXPECT_EQ(nullptr, LmPlatformFont::MakeFromData(nullptr, 100, 0));
@@ -130,11 +117,10 @@ TEST(PlatformFont, RejectsUnusableBytesWithoutCrashing)
     EXPECT_EQ(nullptr, LmPlatformFont::MakeFromData(good.data(), good.size(), -1));  // a query, not an index
     EXPECT_EQ(nullptr, LmPlatformFont::MakeFromData(good.data(), good.size(), 0x10000));
     EXPECT_EQ(nullptr, LmPlatformFont::MakeFromData(good.data(), 11, 0));
-    // Random bytes: font manager test; damaged fonts that open: end-to-end bad-font test.
 }
 
 // Where the ink lies within its box is pinned by the goldens.
-TEST(PlatformFont, GlyphBoundsOnlyForOutlinesAtUsableSizes)
+TEST(PlatformFont, BoundsAndInkOnlyForOutlinesAtUsableSizesInsideTheCanvas)
 {
     auto sans = loadFont(kSansPath);
     const uint32_t g = sans->GetGlyphId('g');
@@ -147,10 +133,19 @@ TEST(PlatformFont, GlyphBoundsOnlyForOutlinesAtUsableSizes)
     EXPECT_FALSE(sans->GetGlyphBounds(sans->GetGlyphId(' '), styleOf(40.0f), &box));
     EXPECT_TRUE(box.empty());
     // Sizes that are not positive and finite draw and measure nothing.
-    for (float bad : {0.0f, -3.0f, std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity(), 1e9f}) {
+    for (float bad : {0.0f, -3.0f, kNaN, kInf, 1e9f}) {
         EXPECT_FALSE(sans->GetGlyphBounds(g, styleOf(bad), &box));
         EXPECT_EQ(0, inkOf(*sans, g, styleOf(bad), &mask));
     }
+    // Half of the glyph hangs off the left edge; only the part inside is drawn.
+    const uint32_t w = sans->GetGlyphId('W');
+    EXPECT_GT(inkOf(*sans, w, styleOf(60.0f), &mask, 32, 32, -20.0f, 40.0f), 0);
+    EXPECT_EQ(0, inkOf(*sans, w, styleOf(60.0f), &mask, 32, 32, 500.0f, 40.0f));
+    EXPECT_EQ(0, inkOf(*sans, w, styleOf(60.0f), &mask, 32, 32, 1e30f, 40.0f));
+    EXPECT_EQ(0, inkOf(*sans, 0xFFFFFFu, styleOf(60.0f), &mask));  // no such glyph
+    LmAlphaCanvas empty(nullptr, 10, 10);
+    sans->DrawGlyph(w, styleOf(60.0f), 0.0f, 0.0f, &empty);
+    sans->DrawGlyph(w, styleOf(60.0f), 0.0f, 0.0f, nullptr);
 }
 
 TEST(PlatformFont, EmboldenAndAliasingChangeCoverage)
@@ -174,20 +169,6 @@ TEST(PlatformFont, EmboldenAndAliasingChangeCoverage)
     LmAlphaCanvas canvas(twice.data(), 64, 64);
     sans->DrawGlyph(g, styleOf(40.0f), 8.0f, 48.0f, &canvas);
     EXPECT_EQ(plain, twice);
-}
-
-TEST(PlatformFont, DrawingClipsToTheCanvas)
-{
-    auto sans = loadFont(kSansPath);
-    std::vector<unsigned char> mask;
-    // Half of the glyph hangs off the left edge; only the part inside is drawn.
-    EXPECT_GT(inkOf(*sans, sans->GetGlyphId('W'), styleOf(60.0f), &mask, 32, 32, -20.0f, 40.0f), 0);
-    EXPECT_EQ(0, inkOf(*sans, sans->GetGlyphId('W'), styleOf(60.0f), &mask, 32, 32, 500.0f, 40.0f));
-    EXPECT_EQ(0, inkOf(*sans, sans->GetGlyphId('W'), styleOf(60.0f), &mask, 32, 32, 1e30f, 40.0f));
-    EXPECT_EQ(0, inkOf(*sans, 0xFFFFFFu, styleOf(60.0f), &mask));  // no such glyph
-    LmAlphaCanvas empty(nullptr, 10, 10);
-    sans->DrawGlyph(sans->GetGlyphId('W'), styleOf(60.0f), 0.0f, 0.0f, &empty);
-    sans->DrawGlyph(sans->GetGlyphId('W'), styleOf(60.0f), 0.0f, 0.0f, nullptr);
 }
 
 TEST(PlatformTypeface, ChoosesStyleAndSynthesisesWhatIsMissing)
@@ -269,9 +250,8 @@ TEST(PlatformLocaleList, SameListSameIdAcrossSeparators)
     EXPECT_NE(list, LmLocaleListRegistry::registerLocaleList("fr-FR,en-US"));  // order counts
     EXPECT_EQ((std::vector<std::string>{"en-US", "fr-FR"}), LmLocaleListRegistry::getLocales(list));
 
-    EXPECT_EQ(0u, LmLocaleListRegistry::registerLocaleList(nullptr));
-    EXPECT_EQ(0u, LmLocaleListRegistry::registerLocaleList(""));
-    EXPECT_EQ(0u, LmLocaleListRegistry::registerLocaleList(" , ,"));
+    for (const char* none : {(const char*)nullptr, "", " , ,"})
+        EXPECT_EQ(0u, LmLocaleListRegistry::registerLocaleList(none));
     EXPECT_TRUE(LmLocaleListRegistry::getLocales(0).empty());
     EXPECT_TRUE(LmLocaleListRegistry::getLocales(0xFFFFFFF0u).empty());
 }
@@ -406,23 +386,16 @@ TEST(PlatformLayout, ForFontRunSplitsByFontAppliesFakeryAndRestoresThePaint)
     EXPECT_TRUE(l.getFakery(1).fakeItalic);
 
     // The runs forFontRun hands out, with the paint state seen inside each.
-    std::vector<std::pair<unsigned, unsigned>> runs;
-    std::vector<LmPlatformFont*> fonts;
-    std::vector<float> skews;
-    std::vector<bool> embolden;
+    using Run = std::tuple<unsigned, unsigned, LmPlatformFont*, float, bool>;  // with skew and embolden
+    std::vector<Run> runs;
     auto record = [&](unsigned start, unsigned end) {
-        runs.emplace_back(start, end);
-        fonts.push_back(paint.getRunFont().get());
-        skews.push_back(paint.getTextSkewX());
-        embolden.push_back(paint.isEmbolden());
+        runs.emplace_back(start, end, paint.getRunFont().get(), paint.getTextSkewX(), paint.isEmbolden());
     };
     LmLayoutUtils::forFontRun(l, &paint, record);
-    EXPECT_EQ((std::vector<std::pair<unsigned, unsigned>>{{0, 1}, {1, 2}, {2, 3}}), runs);
-    EXPECT_EQ((std::vector<LmPlatformFont*>{loadFont(kSansPath).get(), loadFont(kCjkPath).get(),
-                                            loadFont(kSansPath).get()}),
-              fonts);
-    for (float skew : skews) EXPECT_FLOAT_EQ(-0.35f, skew);
-    EXPECT_EQ(std::vector<bool>(3, true), embolden);
+    LmPlatformFont* const sans = loadFont(kSansPath).get();
+    EXPECT_EQ((std::vector<Run>{{0, 1, sans, -0.35f, true}, {1, 2, loadFont(kCjkPath).get(), -0.35f, true},
+                                {2, 3, sans, -0.35f, true}}),
+              runs);
     EXPECT_FLOAT_EQ(-0.1f, paint.getTextSkewX());
     EXPECT_FALSE(paint.isEmbolden());
 

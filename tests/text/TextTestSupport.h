@@ -1,22 +1,8 @@
 #ifndef LMFONTEFFECT_TESTS_TEXT_TEXTTESTSUPPORT_H
 #define LMFONTEFFECT_TESTS_TEXT_TEXTTESTSUPPORT_H
 
-#include "effect/LmEffect.h"
-#include "foundation/List.h"
-#include "foundation/LmString.h"
-#include "platform/LmAlphaCanvas.h"
-#include "platform/LmLayoutUtils.h"
-#include "platform/LmPaint.h"
-#include "platform/LmPlatformFamily.h"
-#include "platform/LmPlatformFont.h"
-#include "text/LmSystemFamilies.h"
-#include "platform/LmTypeface.h"
-#include "text/FontEntry.h"
-#include "text/FontManager.h"
-#include "text/LmFontFamily.h"
-#include "text/LineInfo.h"
-#include "text/LmTextObject.h"
-#include "text/LmView.h"
+#include "LmFontEffect.h"
+#include "support/TestSupport.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,5 @@
 #include "text/TextTestSupport.h"
 
-
 #include <atomic>
 #include <chrono>
 #include <string>
