@@ -61,16 +61,11 @@ protected:
     int bh = 0;
 };
 
-LmGlyph* solidGlyph(uint16_t w, uint16_t h, int top, int bearing, unsigned char value)
+LmGlyph* solidGlyph(uint32_t w, uint32_t h, int top, int bearing, unsigned char value)
 {
-    LmGlyph* g = new LmGlyph();
-    g->width = w;
-    g->height = h;
-    g->topOffset = top;
-    g->leftBearing = bearing;
-    g->pixels = new unsigned char[(size_t)w * h];
-    std::fill(g->pixels, g->pixels + (size_t)w * h, value);
-    return g;
+    auto* pixels = new unsigned char[(size_t)w * h];
+    std::fill(pixels, pixels + (size_t)w * h, value);
+    return new LmGlyph{pixels, w, h, top, bearing};
 }
 
 // Draws one line of `text` at pen x and returns the object's line mask.

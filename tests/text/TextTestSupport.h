@@ -150,14 +150,8 @@ protected:
 // One line with a box of the font's ascent and descent at the paint's size, as the bridge builds it.
 inline LmFontEffect::LineInfo* newLine(int x, int baseline, int start, int end, int direction = 1)
 {
-    auto* line = new LmFontEffect::LineInfo();
-    line->x = x;
-    line->baseline = baseline;
-    line->start = start;
-    line->end = end;
-    line->direction = direction;
-    line->bounds = LmFontEffect::LmRect(x, baseline - 40, x, baseline + 12);
-    return line;
+    return new LmFontEffect::LineInfo{x, baseline, start, end, direction,
+                                      LmFontEffect::LmRect(x, baseline - 40, x, baseline + 12), {}};
 }
 
 // As the bridge does: the caller's list is emptied without deleting what it held.
