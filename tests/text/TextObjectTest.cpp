@@ -57,7 +57,8 @@ std::vector<ChainedTextObject*> boundChain(int n)
 
 } // namespace
 
-TEST(TextObject, ConstructTwiceFailsAndKeepsTheHandle)
+// Constructing twice is error 4 and keeps the handle; anything before Construct is error 8.
+TEST(TextObject, ConstructOnceElseErrors4And8)
 {
     LmTextObject object;
     ASSERT_EQ(object.Construct(), 1);
@@ -66,16 +67,12 @@ TEST(TextObject, ConstructTwiceFailsAndKeepsTheHandle)
     EXPECT_EQ(LmTextObject::FindLmTextObject(handle), &object);
     EXPECT_FAILS(0, 4, object.Construct());
     EXPECT_EQ(object.GetRuntimeHandle(), handle);
-}
-
-TEST(TextObject, AnUnconstructedObjectFailsWithError8)
-{
     {
-        LmTextObject object;
-        EXPECT_FAILS(0, 8, object.SetText(L"x"));
-        EXPECT_FAILS(0, 8, object.SetFont(kSansPath, new char[4](), 4));  // the buffer is still freed
-        EXPECT_EQ(object.GetRuntimeHandle(), -1);
-        EXPECT_FAILS(nullptr, 8, object.RenderTextEffect(10, 10));
+        LmTextObject bare;
+        EXPECT_FAILS(0, 8, bare.SetText(L"x"));
+        EXPECT_FAILS(0, 8, bare.SetFont(kSansPath, new char[4](), 4));  // the buffer is still freed
+        EXPECT_EQ(bare.GetRuntimeHandle(), -1);
+        EXPECT_FAILS(nullptr, 8, bare.RenderTextEffect(10, 10));
         Error::SetError(0);
     }
     EXPECT_EQ(Error::GetError(), 8u);  // so does its destructor
@@ -131,10 +128,9 @@ TEST(View, NegativeSizesAreRefusedAndLeaveValuesZeroIsAccepted)
     EXPECT_EQ(view.SetBitmapWidth(-1), 0);
     EXPECT_EQ(view.SetBitmapHeight(-7), 0);
     EXPECT_TRUE(log.contains("LmView", "SetBitmapWidht() - width[-1] is invalid"));  // spelt so by the system
-    EXPECT_EQ(view.GetWidth(), 20);
-    EXPECT_EQ(view.GetHeight(), 30);
-    EXPECT_EQ(view.GetDrawingBitmapSize()[0], 40);
-    EXPECT_EQ(view.GetDrawingBitmapSize()[1], 50);
+    EXPECT_EQ((std::vector<int>{20, 30, 40, 50}), (std::vector<int>{view.GetWidth(), view.GetHeight(),
+                                                                    view.GetDrawingBitmapSize()[0],
+                                                                    view.GetDrawingBitmapSize()[1]}));
     EXPECT_TRUE(view.SetSize(0, 0) && view.SetBitmapWidth(0) && view.SetBitmapHeight(0));
     EXPECT_EQ(view.GetBitmapWidth() + view.GetBitmapHeight() + view.GetWidth(), 0);
 }
