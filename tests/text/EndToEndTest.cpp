@@ -5,7 +5,6 @@
 #include <random>
 #include <tuple>
 
-using namespace LmFontEffect;
 using namespace LmTest;
 
 namespace {

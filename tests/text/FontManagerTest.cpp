@@ -12,7 +12,6 @@ public:
 };
 } // namespace LmFontEffect
 
-using namespace LmFontEffect;
 using namespace LmTest;
 
 namespace {

@@ -5,7 +5,6 @@
 #include <tuple>
 #include <utility>
 
-using namespace LmFontEffect;
 using namespace LmTest;
 
 namespace {

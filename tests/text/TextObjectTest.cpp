@@ -2,7 +2,6 @@
 
 #include "foundation/NativeError.h"
 
-using namespace LmFontEffect;
 using namespace LmTest;
 
 namespace {

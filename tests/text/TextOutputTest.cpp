@@ -2,7 +2,6 @@
 
 #include <cstring>
 
-using namespace LmFontEffect;
 using namespace LmTest;
 
 // A transparent background sends a render through the general finish (clear output, swap,

@@ -17,6 +17,9 @@
 
 namespace LmTest {
 
+// The helpers below speak the library's types throughout.
+using namespace LmFontEffect;
+
 inline const char* const kSansPath = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
 inline const char* const kSansBoldPath = "/usr/share/fonts/truetype/dejavu/DejaVuSans-Bold.ttf";
 inline const char* const kSansObliquePath = "/usr/share/fonts/truetype/dejavu/DejaVuSans-Oblique.ttf";
@@ -38,56 +41,53 @@ inline char* handOver(const std::vector<unsigned char>& bytes, size_t n)
 }
 
 // Fonts borrow their bytes: the bytes of every file loaded here live for the whole test run.
-inline std::shared_ptr<LmFontEffect::LmPlatformFont> loadFont(const std::string& path)
+inline std::shared_ptr<LmPlatformFont> loadFont(const std::string& path)
 {
     static std::map<std::string, std::vector<unsigned char>> files;
-    static std::map<std::string, std::shared_ptr<LmFontEffect::LmPlatformFont>> fonts;
+    static std::map<std::string, std::shared_ptr<LmPlatformFont>> fonts;
     auto it = fonts.find(path);
     if (it != fonts.end()) return it->second;
     std::vector<unsigned char>& bytes = files[path];
     bytes = readFileBytes(path);
-    return fonts[path] = LmFontEffect::LmPlatformFont::MakeFromData(bytes.data(), bytes.size(), 0);
+    return fonts[path] = LmPlatformFont::MakeFromData(bytes.data(), bytes.size(), 0);
 }
 
-inline std::shared_ptr<LmFontEffect::LmPlatformFamily> familyOf(const std::string& path, int weight = 400,
-                                                                 bool italic = false)
+inline std::shared_ptr<LmPlatformFamily> familyOf(const std::string& path, int weight = 400, bool italic = false)
 {
-    std::vector<LmFontEffect::LmStyledFont> fonts{LmFontEffect::LmStyledFont(loadFont(path), weight, italic)};
-    return std::make_shared<LmFontEffect::LmPlatformFamily>(0, 0, fonts);
+    std::vector<LmStyledFont> fonts{LmStyledFont(loadFont(path), weight, italic)};
+    return std::make_shared<LmPlatformFamily>(0, 0, fonts);
 }
 
 // Sans (Latin, Greek, Cyrillic, Arabic, Hebrew) first, the CJK font as fallback.
-inline std::shared_ptr<LmFontEffect::LmTypeface> sansWithCjk()
+inline std::shared_ptr<LmTypeface> sansWithCjk()
 {
-    return LmFontEffect::LmTypeface::createFromFamilies({familyOf(kSansPath), familyOf(kCjkPath)}, 400, false);
+    return LmTypeface::createFromFamilies({familyOf(kSansPath), familyOf(kCjkPath)}, 400, false);
 }
 
-inline const LmFontEffect::LmTypeface* sansOnly()
+inline const LmTypeface* sansOnly()
 {
-    static auto typeface = LmFontEffect::LmTypeface::createFromFamilies({familyOf(kSansPath)}, 400, false);
+    static auto typeface = LmTypeface::createFromFamilies({familyOf(kSansPath)}, 400, false);
     return typeface.get();
 }
 
 inline std::vector<uint16_t> utf16(const std::u16string& s) { return std::vector<uint16_t>(s.begin(), s.end()); }
 
-inline LmFontEffect::LmPaint paintOf(float size)
+inline LmPaint paintOf(float size)
 {
-    LmFontEffect::LmPaint paint;
+    LmPaint paint;
     paint.setTextSize(size);
     return paint;
 }
 
 // Shapes text[start, end) with the whole text as context; sans with the CJK fallback unless told.
-inline LmFontEffect::LmLayout layoutOf(const std::u16string& text, const LmFontEffect::LmPaint& paint,
-                                       int bidi = LmFontEffect::LmLayoutUtils::kBidiDefaultLTR,
-                                       const LmFontEffect::LmTypeface* typeface = nullptr, size_t start = 0,
-                                       size_t end = std::u16string::npos)
+inline LmLayout layoutOf(const std::u16string& text, const LmPaint& paint, int bidi = LmLayoutUtils::kBidiDefaultLTR,
+                         const LmTypeface* typeface = nullptr, size_t start = 0, size_t end = std::u16string::npos)
 {
     static const auto withCjk = sansWithCjk();
     std::vector<uint16_t> units = utf16(text);
     end = std::min(end, units.size());
-    return LmFontEffect::LmLayoutUtils::doLayout(paint, bidi, typeface ? typeface : withCjk.get(), units.data(),
-                                                 units.size(), start, end - start, 0, units.size());
+    return LmLayoutUtils::doLayout(paint, bidi, typeface ? typeface : withCjk.get(), units.data(), units.size(), start,
+                                   end - start, 0, units.size());
 }
 
 // Row y of a raster as '#' where a pixel has coverage (its last byte) and '.' where it has none.
@@ -100,8 +100,8 @@ inline std::string inkRow(const unsigned char* pixels, int width, int y, int byt
 
 // A constructed object showing `text` with the paint on a view of w x h; without a font path
 // the caller registers one itself.
-inline void prepareText(LmFontEffect::LmTextObject& object, const wchar_t* text, LmFontEffect::LmPaint paint, int w,
-                        int h, const char* font = kSansPath)
+inline void prepareText(LmTextObject& object, const wchar_t* text, LmPaint paint, int w, int h,
+                        const char* font = kSansPath)
 {
     ASSERT_EQ(1, object.Construct());
     ASSERT_EQ(1, object.SetText(text));
@@ -111,19 +111,13 @@ inline void prepareText(LmFontEffect::LmTextObject& object, const wchar_t* text,
 }
 
 // A system family record as the bridge builds it, every font weight 500 and italic.
-inline LmFontEffect::LmFontFamily* makeFamily(uint32_t localeListId, int variant, std::vector<const char*> paths)
+inline LmFontFamily* makeFamily(uint32_t localeListId, int variant, std::vector<const char*> paths)
 {
-    auto* family = new LmFontEffect::LmFontFamily();
-    family->localeListId = localeListId;
-    family->variant = variant;
-    family->fonts = new LmFontEffect::List();
+    auto* family = new LmFontFamily{0, localeListId, variant, new List()};
     family->fonts->Construct();
     for (const char* path : paths) {
-        auto* entry = new LmFontEffect::FontEntry();
-        entry->path = new LmFontEffect::LmString();
+        auto* entry = new FontEntry{new LmString(), 0, 500, true, nullptr};
         entry->path->Construct(path);
-        entry->weight = 500;
-        entry->italic = true;
         family->fonts->Add(entry);
     }
     return family;
@@ -132,11 +126,11 @@ inline LmFontEffect::LmFontFamily* makeFamily(uint32_t localeListId, int variant
 // Starts from an empty font registry, with or without the machine's fonts.
 inline void freshFontManager(bool systemFonts)
 {
-    LmFontEffect::FontManager* fm = LmFontEffect::FontManager::GetInstance();
+    FontManager* fm = FontManager::GetInstance();
     fm->ClearFontMaps();
     fm->ClearFontFamilies();
     if (systemFonts) {
-        ASSERT_TRUE(LmFontEffect::LmSystemFamilies::Install());
+        ASSERT_TRUE(LmSystemFamilies::Install());
     }
 }
 
@@ -148,16 +142,15 @@ protected:
 };
 
 // One line with a box of the font's ascent and descent at the paint's size, as the bridge builds it.
-inline LmFontEffect::LineInfo* newLine(int x, int baseline, int start, int end, int direction = 1)
+inline LineInfo* newLine(int x, int baseline, int start, int end, int direction = 1)
 {
-    return new LmFontEffect::LineInfo{x, baseline, start, end, direction,
-                                      LmFontEffect::LmRect(x, baseline - 40, x, baseline + 12), {}};
+    return new LineInfo{x, baseline, start, end, direction, LmRect(x, baseline - 40, x, baseline + 12), {}};
 }
 
 // As the bridge does: the caller's list is emptied without deleting what it held.
-inline void giveLines(LmFontEffect::LmTextObject& object, const std::vector<LmFontEffect::LineInfo*>& lines)
+inline void giveLines(LmTextObject& object, const std::vector<LineInfo*>& lines)
 {
-    LmFontEffect::List list;
+    List list;
     list.Construct();
     for (auto* line : lines) list.Add(line);
     ASSERT_EQ(1, object.SetLineInfo(&list));
@@ -176,20 +169,19 @@ struct LineMask {
 };
 
 inline LineMask expectedLineMask(const std::u16string& text, size_t start, size_t end, float size,
-                                 int bidi = LmFontEffect::LmLayoutUtils::kBidiDefaultLTR,
-                                 const LmFontEffect::LmTypeface* typeface = sansOnly())
+                                 int bidi = LmLayoutUtils::kBidiDefaultLTR, const LmTypeface* typeface = sansOnly())
 {
-    const LmFontEffect::LmPaint paint = paintOf(size);
-    LmFontEffect::LmLayout layout = layoutOf(text, paint, bidi, typeface, start, end);
+    const LmPaint paint = paintOf(size);
+    LmLayout layout = layoutOf(text, paint, bidi, typeface, start, end);
     LineMask m;
-    const LmFontEffect::LmGlyphBox& b = layout.getBounds();
+    const LmGlyphBox& b = layout.getBounds();
     m.width = (int)layout.getAdvance();
     m.height = (int)(b.bottom - b.top);
     m.top = (int)b.top;
     m.pixels.assign((size_t)m.width * m.height, 0);
-    LmFontEffect::LmAlphaCanvas canvas(m.pixels.data(), m.width, m.height);
+    LmAlphaCanvas canvas(m.pixels.data(), m.width, m.height);
     for (size_t i = 0; i < layout.nGlyphs(); i++) {
-        LmFontEffect::LmGlyphStyle style = paint.glyphStyle();
+        LmGlyphStyle style = paint.glyphStyle();
         if (layout.getFakery(i).fakeBold) style.embolden = true;
         if (layout.getFakery(i).fakeItalic) style.skewX -= 0.25f;
         layout.getFont(i)->DrawGlyph(layout.getGlyphId(i), style, -b.left + layout.getX(i), -b.top + layout.getY(i),
@@ -200,10 +192,10 @@ inline LineMask expectedLineMask(const std::u16string& text, size_t start, size_
 
 // Renders as the bridge does: the bitmap is the view plus the effect's margins, its size
 // returned through w and h.
-inline const uint32_t* renderWithMargins(LmFontEffect::LmTextObject& object, int* w, int* h)
+inline const uint32_t* renderWithMargins(LmTextObject& object, int* w, int* h)
 {
-    LmFontEffect::LmView* view = object.GetView();
-    LmFontEffect::LmEffect* effect = object.GetEffect();
+    LmView* view = object.GetView();
+    LmEffect* effect = object.GetEffect();
     *w = view->GetWidth() + effect->getLeftOffset() + effect->getRightOffset();
     *h = view->GetHeight() + effect->getTopOffset() + effect->getBottomOffset();
     view->SetBitmapWidth(*w);

@@ -5,7 +5,6 @@
 #include <string>
 #include <thread>
 
-using namespace LmFontEffect;
 using namespace LmTest;
 
 namespace {
