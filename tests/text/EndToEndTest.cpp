@@ -19,9 +19,10 @@ struct Placed {
 class EndToEnd : public FreshFonts {
 protected:
     void prepare(LmTextObject& object, const wchar_t* text, float size, int viewW, int viewH, int gravity,
-                 int padding = 10, const char* font = kSansPath)
+                 const std::vector<LineInfo*>& lines, int padding = 10, const char* font = kSansPath)
     {
         prepareText(object, text, paintOf(size), viewW, viewH, font);
+        giveLines(object, lines);
         object.SetTextColor(kTextColour);
         object.GetView()->SetPadding(padding, padding, padding, padding);
         object.GetView()->gravity = gravity;
@@ -104,8 +105,6 @@ TEST_F(EndToEnd, LinesDrawTheirGlyphPixelsInTheTextColourAndNothingElse)
     const auto withCjk = sansWithCjk();
     for (const auto& c : cases) {
         freshFontManager(c.systemFonts);
-        LmTextObject object;
-        prepare(object, std::wstring(c.text.begin(), c.text.end()).c_str(), c.size, 260, 110, 0x33, 0);
         std::vector<LineInfo*> lines;
         std::vector<Placed> placed;
         for (const Line& l : c.lines) {
@@ -114,7 +113,8 @@ TEST_F(EndToEnd, LinesDrawTheirGlyphPixelsInTheTextColourAndNothingElse)
             placed.push_back({expectedLineMask(c.text, l.start, l.end, c.size, l.bidi, typeface), 10, l.baseline});
             ASSERT_GT(placed.back().mask.width, 40);
         }
-        giveLines(object, lines);
+        LmTextObject object;
+        prepare(object, std::wstring(c.text.begin(), c.text.end()).c_str(), c.size, 260, 110, 0x33, lines, 0);
         const uint32_t* px = render(object);
         ASSERT_NE(nullptr, px);
         expectLines(px, placed);
@@ -141,8 +141,7 @@ TEST_F(EndToEnd, FontFileChangingOrRegistryClearedAfterRegistrationStillDraws)
         freshFontManager(false);
         std::ofstream(path, std::ios::binary | std::ios::trunc).write((const char*)good.data(), (long)good.size());
         LmTextObject object;
-        prepare(object, L"Hello", 48.0f, 260, 90, 0x33, 10, path.c_str());
-        giveLines(object, {newLine(10, 55, 0, 5)});
+        prepare(object, L"Hello", 48.0f, 260, 90, 0x33, {newLine(10, 55, 0, 5)}, 10, path.c_str());
         std::ofstream(path, std::ios::binary | std::ios::trunc).write((const char*)c.second.data(), (long)c.second.size());
         if (c.second.size() == good.size() && c.second[0]) FontManager::GetInstance()->ClearFontMaps();
         const uint32_t* px = render(object);
@@ -160,12 +159,11 @@ TEST_F(EndToEnd, EachGravityClipsToItsRectangle)
     };
     for (const Case& c : {Case{0x33, 0, 0, 110, 50}, Case{0x55, 10, 10, 120, 60}, Case{0x11, 10, 10, 110, 50},
                           Case{0x53, 0, 10, 110, 60}, Case{0x35, 10, 0, 120, 50}}) {
-        LmTextObject object;
-        prepare(object, L"Hello", 48.0f, 120, 60, c.gravity);
         // A line box over the whole bitmap paints the clip rectangle with the background.
         LineInfo* line = newLine(0, 45, 0, 5);
         line->bounds = LmRect(0, -1000, 1000, 1000);
-        giveLines(object, {line});
+        LmTextObject object;
+        prepare(object, L"Hello", 48.0f, 120, 60, c.gravity, {line});
         object.SetBackgroundColor(0xFF00FF00u, true);
         const uint32_t* px = render(object);
         ASSERT_NE(nullptr, px);
@@ -218,8 +216,8 @@ TEST_F(EndToEnd, DegenerateTextsAndBitmapSizesNeverCrash)
     const wchar_t lone[] = {0xD800, 'a', 0xDC00, 0xDBFF, 0};
     for (const wchar_t* text : {L"", lone}) {
         LmTextObject object;
-        prepare(object, text, 30.0f, 80, 40, 0x33);
-        giveLines(object, {newLine(0, 30, 0, (int)wcslen(text)), newLine(0, 30, -5, 99), newLine(0, 30, 3, 1)});
+        prepare(object, text, 30.0f, 80, 40, 0x33,
+                {newLine(0, 30, 0, (int)wcslen(text)), newLine(0, 30, -5, 99), newLine(0, 30, 3, 1)});
         const uint32_t* px = render(object);
         ASSERT_NE(nullptr, px);
         if (text[0] == 0) {
@@ -227,8 +225,7 @@ TEST_F(EndToEnd, DegenerateTextsAndBitmapSizesNeverCrash)
         }
     }
     LmTextObject object;
-    prepare(object, L"Hello", 30.0f, 80, 40, 0x33);
-    giveLines(object, {newLine(0, 30, 0, 5)});
+    prepare(object, L"Hello", 30.0f, 80, 40, 0x33, {newLine(0, 30, 0, 5)});
     object.RenderTextEffect(0, 0);
     object.RenderTextEffect(0, 40);
     object.RenderTextEffect(-5, -7);

@@ -23,10 +23,8 @@ struct Str {
     LmString s;
 };
 
-class FontManagerTest : public ::testing::Test {
+class FontManagerTest : public FreshFonts {
 protected:
-    void SetUp() override { freshFontManager(false); }
-    void TearDown() override { freshFontManager(false); }
     static LmFontManagerImpl* impl() { return FontManagerPeer::impl(fm); }
     static FontManager* const fm;
 };
