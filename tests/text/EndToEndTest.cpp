@@ -177,7 +177,7 @@ TEST_F(EndToEnd, EachGravityClipsToItsRectangle)
     }
 }
 
-TEST_F(EndToEnd, BadFontsAndTextsFailOrDrawNothing)
+TEST_F(EndToEnd, BadFontsTextsAndBitmapSizesFailOrDrawNothingAndNeverCrash)
 {
     // Missing files and random bytes are refused before any drawing (font manager and text
     // object tests).
@@ -209,26 +209,23 @@ TEST_F(EndToEnd, BadFontsAndTextsFailOrDrawNothing)
     const uint32_t* px = object.RenderTextEffect(60, 50);
     ASSERT_NE(nullptr, px);
     for (int i = 0; i < 60 * 50; i++) ASSERT_EQ(0u, px[i]);
-}
 
-TEST_F(EndToEnd, DegenerateTextsAndBitmapSizesNeverCrash)
-{
     const wchar_t lone[] = {0xD800, 'a', 0xDC00, 0xDBFF, 0};
     for (const wchar_t* text : {L"", lone}) {
-        LmTextObject object;
-        prepare(object, text, 30.0f, 80, 40, 0x33,
+        LmTextObject degenerate;
+        prepare(degenerate, text, 30.0f, 80, 40, 0x33,
                 {newLine(0, 30, 0, (int)wcslen(text)), newLine(0, 30, -5, 99), newLine(0, 30, 3, 1)});
-        const uint32_t* px = render(object);
+        px = render(degenerate);
         ASSERT_NE(nullptr, px);
         if (text[0] == 0) {
             for (int i = 0; i < bw * bh; i++) ASSERT_EQ(0u, px[i]);
         }
     }
-    LmTextObject object;
-    prepare(object, L"Hello", 30.0f, 80, 40, 0x33, {newLine(0, 30, 0, 5)});
-    object.RenderTextEffect(0, 0);
-    object.RenderTextEffect(0, 40);
-    object.RenderTextEffect(-5, -7);
+    LmTextObject sized;
+    prepare(sized, L"Hello", 30.0f, 80, 40, 0x33, {newLine(0, 30, 0, 5)});
+    sized.RenderTextEffect(0, 0);
+    sized.RenderTextEffect(0, 40);
+    sized.RenderTextEffect(-5, -7);
 }
 
 TEST_F(EndToEnd, SystemFamiliesCoverTheCommonScriptsWithoutMissingGlyphs)

@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <random>
+#include <tuple>
 
 namespace LmFontEffect {
 class FontManagerPeer {
@@ -176,13 +177,11 @@ TEST_F(FontManagerTest, SystemFamiliesAreTakenOnceAndLoadedOnDemand)
     std::vector<std::shared_ptr<LmPlatformFamily>> families;
     int weight = 400;
     ASSERT_TRUE(fm->GetMinikinFontFamilies(nullptr, families, &user.s, weight));
-    ASSERT_EQ(families.size(), 3u);
-    EXPECT_EQ(families[0]->getFonts().at(0).weight, 700);
-    EXPECT_EQ(families[1]->getLocaleListId(), 0u);
-    EXPECT_EQ(families[2]->getLocaleListId(), 7001u);
-    EXPECT_EQ(families[2]->getVariant(), 2);
-    EXPECT_EQ(families[2]->getFonts().at(0).weight, 500);
-    EXPECT_TRUE(families[2]->getFonts().at(0).italic);
+    using Family = std::tuple<uint32_t, int, int, bool>;  // locale list, variant, first font's weight and slant
+    std::vector<Family> got;
+    for (const auto& f : families)
+        got.emplace_back(f->getLocaleListId(), f->getVariant(), f->getFonts().at(0).weight, f->getFonts().at(0).italic);
+    EXPECT_EQ((std::vector<Family>{{0, 0, 700, false}, {0, 0, 500, true}, {7001, 2, 500, true}}), got);
 
     fm->ClearFontFamilies();
     EXPECT_FALSE(fm->IsSystemFontFamiliesAlreadySet());

@@ -77,7 +77,8 @@ TEST(TextObject, ConstructOnceElseErrors4And8)
     EXPECT_EQ(Error::GetError(), 8u);  // so does its destructor
 }
 
-TEST(TextObject, TextAndLineRecordsAreReplaced)
+// Text, line records and fonts are replaced by their setters, bad values refused.
+TEST(TextObject, SettersReplaceTextLinesAndFont)
 {
     LmTextObject object;
     ASSERT_EQ(object.Construct(), 1);
@@ -97,12 +98,7 @@ TEST(TextObject, TextAndLineRecordsAreReplaced)
     giveLines(object, {newLine(7, 70, 0, 1)});
     ASSERT_EQ(object.GetLineInfo()->GetCount(), 1);
     EXPECT_EQ(static_cast<LineInfo*>(object.GetLineInfo()->Get(0))->x, 7);
-}
 
-TEST(TextObject, FontSettersRegisterWithTheFontManager)
-{
-    LmTextObject object;
-    ASSERT_EQ(object.Construct(), 1);
     EXPECT_FAILS(0, 7, object.SetFont(nullptr));
     EXPECT_EQ(object.SetFontFamilyName(nullptr), 0);
     EXPECT_EQ(object.GetFont()->GetFontPath(), nullptr);
