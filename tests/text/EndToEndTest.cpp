@@ -256,7 +256,8 @@ TEST_F(EndToEnd, SystemFamiliesCoverTheCommonScriptsWithoutMissingGlyphs)
     for (size_t i = 0; i < layout.nGlyphs(); i++) EXPECT_NE(0u, layout.getGlyphId(i)) << "glyph " << i;
 }
 
-TEST(FontDrawingContext, StartsAtTheNewlineBeforeTheLine)
+// A line's shaping context starts at the newline before it; its glyphs go to their place.
+TEST(FontDrawingLine, ContextStartsAtTheNewlineAndGlyphsGoInListOrderOrBackwards)
 {
     const char16_t text[] = u"ab\ncd\r\nef";
     EXPECT_EQ(0, LmFontDrawing::FindContextStart(text, 1));
@@ -269,10 +270,7 @@ TEST(FontDrawingContext, StartsAtTheNewlineBeforeTheLine)
     EXPECT_EQ(0, LmFontDrawing::FindContextStart(u"\nab", 0));
     EXPECT_EQ(0, LmFontDrawing::FindContextStart(nullptr, 3));
     EXPECT_EQ(0, LmFontDrawing::FindContextStart(text, -4));
-}
 
-TEST(FontDrawingPlacement, GlyphsGoToTheirPlaceInListOrderOrBackwards)
-{
     for (int direction : {1, -1}) {
         LmEffect effect;
         effect.initEffect(20, 12);

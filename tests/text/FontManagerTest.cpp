@@ -40,7 +40,8 @@ TEST(FontManagerKeys, KeysKeepTheirTrailingNul)
     EXPECT_EQ(LmFontManagerImpl::PathKey("a.ttf"), std::string("a.ttf\0", 6));
 }
 
-TEST_F(FontManagerTest, FileIsReadOnceAndTheFirstFontIsKept)
+// A file is read once, handed bytes are kept once; the first font made stays.
+TEST_F(FontManagerTest, FontsFromAFileOrHandedBytesAreKeptOnce)
 {
     ASSERT_TRUE(fm->AddMinikinFont(kSansPath, nullptr, 0, 0, true));
     EXPECT_TRUE(fm->IsExisting(kSansPath, 0));
@@ -61,6 +62,19 @@ TEST_F(FontManagerTest, FileIsReadOnceAndTheFirstFontIsKept)
     EXPECT_FALSE(fm->IsExisting(kSansPath, 0));
     EXPECT_TRUE(impl()->fontDataMap.empty());
     EXPECT_EQ(impl()->totalBufferMB, 0.0);
+
+    std::vector<unsigned char> bytes = readFileBytes(kSansPath);
+    unsigned size = (unsigned)bytes.size();
+    ASSERT_TRUE(fm->AddMinikinFont("user", handOver(bytes, size), size, 0, true));
+    Str user("user");
+    ASSERT_TRUE(fm->GetMinikinFont(first, &user.s, 0));
+    // Checked, the second buffer is freed at once; unchecked, its font is made and dropped.
+    EXPECT_TRUE(fm->AddMinikinFont("user", handOver(bytes, size), size, 0, true));
+    EXPECT_TRUE(fm->AddMinikinFont("user", handOver(bytes, size), size, 0, false));
+    ASSERT_TRUE(fm->GetMinikinFont(again, &user.s, 0));
+    EXPECT_EQ(again, first);
+    EXPECT_TRUE(impl()->fontDataMap.empty());
+    EXPECT_TRUE(first->HasGlyph('A'));
 }
 
 TEST_F(FontManagerTest, MissingRandomTruncatedAndEmptyFontsAreRefused)
@@ -88,23 +102,6 @@ TEST_F(FontManagerTest, MissingRandomTruncatedAndEmptyFontsAreRefused)
     std::ofstream(empty, std::ios::binary).flush();
     EXPECT_FALSE(fm->AddMinikinFont(empty.c_str(), nullptr, 0, 0, true));
     std::remove(empty.c_str());
-}
-
-TEST_F(FontManagerTest, HandedBuffersAreKeptOnceAndDuplicatesFreed)
-{
-    std::vector<unsigned char> bytes = readFileBytes(kSansPath);
-    unsigned size = (unsigned)bytes.size();
-    ASSERT_TRUE(fm->AddMinikinFont("user", handOver(bytes, size), size, 0, true));
-    Str name("user");
-    std::shared_ptr<LmPlatformFont> first, again;
-    ASSERT_TRUE(fm->GetMinikinFont(first, &name.s, 0));
-    // Checked, the second buffer is freed at once; unchecked, its font is made and dropped.
-    EXPECT_TRUE(fm->AddMinikinFont("user", handOver(bytes, size), size, 0, true));
-    EXPECT_TRUE(fm->AddMinikinFont("user", handOver(bytes, size), size, 0, false));
-    ASSERT_TRUE(fm->GetMinikinFont(again, &name.s, 0));
-    EXPECT_EQ(again, first);
-    EXPECT_TRUE(impl()->fontDataMap.empty());
-    EXPECT_TRUE(first->HasGlyph('A'));
 }
 
 TEST_F(FontManagerTest, UserFontNameSetsWeightAndSlant)

@@ -119,7 +119,7 @@ TEST(PlatformFont, LoadsFacesAndRejectsUnusableBytes)
 }
 
 // Where the ink lies within its box is pinned by the goldens.
-TEST(PlatformFont, BoundsAndInkOnlyForOutlinesAtUsableSizesInsideTheCanvas)
+TEST(PlatformFont, OutlinesMeasureAndDrawAsStyledInsideTheCanvasAtUsableSizesOnly)
 {
     auto sans = loadFont(kSansPath);
     const uint32_t g = sans->GetGlyphId('g');
@@ -145,32 +145,29 @@ TEST(PlatformFont, BoundsAndInkOnlyForOutlinesAtUsableSizesInsideTheCanvas)
     LmAlphaCanvas empty(nullptr, 10, 10);
     sans->DrawGlyph(w, styleOf(60.0f), 0.0f, 0.0f, &empty);
     sans->DrawGlyph(w, styleOf(60.0f), 0.0f, 0.0f, nullptr);
-}
 
-TEST(PlatformFont, EmboldenAndAliasingChangeCoverage)
-{
-    auto sans = loadFont(kSansPath);
-    const uint32_t g = sans->GetGlyphId('H');
-    std::vector<unsigned char> plain, other;
-    const long base = inkOf(*sans, g, styleOf(40.0f), &plain);
+    // Embolden and aliasing change the coverage of a plain 'H' and 'O'.
+    const uint32_t h = sans->GetGlyphId('H');
+    std::vector<unsigned char> plain;
+    const long base = inkOf(*sans, h, styleOf(40.0f), &plain);
 
     LmGlyphStyle bold = styleOf(40.0f);
     bold.embolden = true;
-    EXPECT_GT(inkOf(*sans, g, bold, &other), base + base / 10);
+    EXPECT_GT(inkOf(*sans, h, bold, &mask), base + base / 10);
 
     LmGlyphStyle aliased = styleOf(40.0f);
     aliased.antiAlias = false;
-    inkOf(*sans, sans->GetGlyphId('O'), aliased, &other);
-    EXPECT_TRUE(std::all_of(other.begin(), other.end(), [](unsigned char c) { return c == 0 || c == 255; }));
+    inkOf(*sans, sans->GetGlyphId('O'), aliased, &mask);
+    EXPECT_TRUE(std::all_of(mask.begin(), mask.end(), [](unsigned char c) { return c == 0 || c == 255; }));
 
     // Drawing again merges by maximum: the same glyph twice changes nothing.
     std::vector<unsigned char> twice = plain;
     LmAlphaCanvas canvas(twice.data(), 64, 64);
-    sans->DrawGlyph(g, styleOf(40.0f), 8.0f, 48.0f, &canvas);
+    sans->DrawGlyph(h, styleOf(40.0f), 8.0f, 48.0f, &canvas);
     EXPECT_EQ(plain, twice);
 }
 
-TEST(PlatformTypeface, ChoosesStyleAndSynthesisesWhatIsMissing)
+TEST(PlatformTypeface, ChoosesStyleSynthesisesWhatIsMissingAndFallsBackPerCharacter)
 {
     // Which member serves a request is the family's closest match (PlatformFamily below).
     auto sans = loadFont(kSansPath);
@@ -194,10 +191,7 @@ TEST(PlatformTypeface, ChoosesStyleAndSynthesisesWhatIsMissing)
         EXPECT_EQ(c.fakeBold, choice.fakery.fakeBold) << c.weight << c.italic;
         EXPECT_EQ(c.fakeItalic, choice.fakery.fakeItalic) << c.weight << c.italic;
     }
-}
 
-TEST(PlatformTypeface, FallsBackPerCharacterThroughTheFamilyList)
-{
     auto tf = sansWithCjk();
     ASSERT_TRUE(tf);
     EXPECT_EQ(loadFont(kSansPath), tf->chooseFont('A', 0).font);

@@ -155,7 +155,8 @@ TEST(ScriptLocales, EachScriptRunAsksForItsLocales)
     EXPECT_EQ(LmScriptLocales::Collect(nullptr, 5), Tags{});
 }
 
-TEST_F(InstanceManagerTest, SameObjectKeepsItsHandleAndHandlesAreNeverReused)
+// Handles are issued once per object and never reused; releasing what is not bound is error 9.
+TEST_F(InstanceManagerTest, HandlesAreNeverReusedAndReleasingTheUnboundIsError9)
 {
     int first = M::Register(fake(0));
     EXPECT_EQ(M::Register(fake(0)), first);
@@ -168,6 +169,13 @@ TEST_F(InstanceManagerTest, SameObjectKeepsItsHandleAndHandlesAreNeverReused)
     EXPECT_EQ(M::FindLmTextHandle(fake(0)), -1);
     EXPECT_EQ(M::FindLmTextObject(first), nullptr);
     EXPECT_GT(M::Register(fake(0)), second);
+
+    EXPECT_FAILS(false, 9, M::Release(fake(3), true));
+    EXPECT_FAILS(false, 9, M::Release(987654321));
+    int handle = M::Register(fake(3));
+    M::Bind(fake(3));
+    EXPECT_TRUE(M::Release(handle));
+    EXPECT_EQ(gReleased, std::vector<LmTextObject*>{fake(3)});
 }
 
 TEST_F(InstanceManagerTest, BindCountsDecideDeletion)
@@ -188,16 +196,6 @@ TEST_F(InstanceManagerTest, BindCountsDecideDeletion)
     M::Bind(fake(4));
     M::Release(fake(4), true);  // back from 1 to 0 deletes
     EXPECT_EQ(gReleased.size(), 2u);
-}
-
-TEST_F(InstanceManagerTest, ReleaseOfAnUnboundObjectOrUnknownHandleIsError9)
-{
-    EXPECT_FAILS(false, 9, M::Release(fake(3), true));
-    EXPECT_FAILS(false, 9, M::Release(987654321));
-    int handle = M::Register(fake(3));
-    M::Bind(fake(3));
-    EXPECT_TRUE(M::Release(handle));
-    EXPECT_EQ(gReleased, std::vector<LmTextObject*>{fake(3)});
 }
 
 TEST_F(InstanceManagerTest, LockParksDeletionsUntilUnlockNewestFirst)
