@@ -11,11 +11,6 @@ namespace {
 
 constexpr uint32_t kTextColour = 0xFFC03010u;
 
-struct Placed {
-    LineMask mask;
-    int x, baseline;
-};
-
 class EndToEnd : public FreshFonts {
 protected:
     void prepare(LmTextObject& object, const wchar_t* text, float size, int viewW, int viewH, int gravity,
@@ -33,14 +28,14 @@ protected:
     // Every pixel against the masks: the text colour where fully covered, transparency where not
     // covered, and edge alpha following coverage (the colour loses precision when the stack
     // un-premultiplies a faint pixel). Line backgrounds and effect margins are in the lmtext goldens.
-    void expectLines(const uint32_t* px, const std::vector<Placed>& lines)
+    void expectLines(const uint32_t* px, const std::vector<LineMask>& lines)
     {
         std::vector<int> cover((size_t)bw * bh, -1);
-        for (const Placed& p : lines) {
-            for (int y = 0; y < p.mask.height; y++) {
-                for (int x = 0; x < p.mask.width; x++) {
-                    const int ox = p.x + x, oy = p.baseline + p.mask.top + y;
-                    if (ox >= 0 && oy >= 0 && ox < bw && oy < bh) cover[(size_t)oy * bw + ox] = p.mask.at(x, y);
+        for (const LineMask& m : lines) {
+            for (int y = 0; y < m.height; y++) {
+                for (int x = 0; x < m.width; x++) {
+                    const int ox = m.x + x, oy = m.baseline + m.top + y;
+                    if (ox >= 0 && oy >= 0 && ox < bw && oy < bh) cover[(size_t)oy * bw + ox] = m.at(x, y);
                 }
             }
         }
@@ -106,12 +101,12 @@ TEST_F(EndToEnd, LinesDrawTheirGlyphPixelsInTheTextColourAndNothingElse)
     for (const auto& c : cases) {
         freshFontManager(c.systemFonts);
         std::vector<LineInfo*> lines;
-        std::vector<Placed> placed;
+        std::vector<LineMask> placed;
         for (const Line& l : c.lines) {
             lines.push_back(newLine(10, l.baseline, l.start, l.end, l.direction));
             const LmTypeface* typeface = c.systemFonts ? withCjk.get() : sansOnly();
-            placed.push_back({expectedLineMask(c.text, l.start, l.end, c.size, l.bidi, typeface), 10, l.baseline});
-            ASSERT_GT(placed.back().mask.width, 40);
+            placed.push_back(expectedLineMask(c.text, l.start, l.end, c.size, 10, l.baseline, l.bidi, typeface));
+            ASSERT_GT(placed.back().width, 40);
         }
         LmTextObject object;
         prepare(object, std::wstring(c.text.begin(), c.text.end()).c_str(), c.size, 260, 110, 0x33, lines, 0);
@@ -120,7 +115,7 @@ TEST_F(EndToEnd, LinesDrawTheirGlyphPixelsInTheTextColourAndNothingElse)
         expectLines(px, placed);
         // The render's line box spans the drawn advance.
         const LineInfo* first = static_cast<const LineInfo*>(object.GetLineInfo()->Get(0));
-        EXPECT_EQ(10 + placed[0].mask.width, first->renderBounds.right);
+        EXPECT_EQ(10 + placed[0].width, first->renderBounds.right);
     }
 }
 
@@ -145,7 +140,7 @@ TEST_F(EndToEnd, FontFileChangingOrRegistryClearedAfterRegistrationStillDraws)
         if (c.second.size() == good.size() && c.second[0]) FontManager::GetInstance()->ClearFontMaps();
         const uint32_t* px = render(object);
         ASSERT_NE(nullptr, px);
-        expectLines(px, {{expectedLineMask(u"Hello", 0, 5, 48.0f), 10, 55}});
+        expectLines(px, {expectedLineMask(u"Hello", 0, 5, 48.0f, 10, 55)});
     }
     std::remove(path.c_str());
 }

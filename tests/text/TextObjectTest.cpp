@@ -62,7 +62,6 @@ TEST(TextObject, ConstructOnceElseErrors4And8)
     LmTextObject object;
     ASSERT_EQ(object.Construct(), 1);
     int handle = object.GetRuntimeHandle();
-    EXPECT_GE(handle, 1);
     EXPECT_FAILS(0, 4, object.Construct());
     EXPECT_EQ(object.GetRuntimeHandle(), handle);
     {
@@ -117,9 +116,7 @@ TEST(View, NegativeSizesAreRefusedAndLeaveValuesZeroIsAccepted)
     LmView view;
     ASSERT_TRUE(view.SetSize(20, 30) && view.SetBitmapWidth(40) && view.SetBitmapHeight(50));
     LogCapture log;
-    EXPECT_EQ(view.SetSize(-1, 5), 0);
-    EXPECT_EQ(view.SetBitmapWidth(-1), 0);
-    EXPECT_EQ(view.SetBitmapHeight(-7), 0);
+    EXPECT_FALSE(view.SetSize(-1, 5) || view.SetBitmapWidth(-1) || view.SetBitmapHeight(-7));
     EXPECT_TRUE(log.contains("LmView", "SetBitmapWidht() - width[-1] is invalid"));  // spelt so by the system
     EXPECT_EQ((std::vector<int>{20, 30, 40, 50}), (std::vector<int>{view.GetWidth(), view.GetHeight(),
                                                                     view.GetDrawingBitmapSize()[0],

@@ -159,8 +159,10 @@ inline void giveLines(LmTextObject& object, const std::vector<LineInfo*>& lines)
 
 // The coverage of one line as font drawing should cut it: as wide as the advance, as high as
 // the ink, the ink's top-left corner at (0, 0). Drawn glyph by glyph, straight from the
-// layout, without the glyph-run machinery.
+// layout, without the glyph-run machinery, for a line whose pen starts at (x, baseline).
 struct LineMask {
+    int x = 0;
+    int baseline = 0;
     int width = 0;
     int height = 0;
     int top = 0;  // ink top relative to the baseline
@@ -168,12 +170,12 @@ struct LineMask {
     unsigned char at(int x, int y) const { return pixels[(size_t)y * width + x]; }
 };
 
-inline LineMask expectedLineMask(const std::u16string& text, size_t start, size_t end, float size,
+inline LineMask expectedLineMask(const std::u16string& text, size_t start, size_t end, float size, int x, int baseline,
                                  int bidi = LmLayoutUtils::kBidiDefaultLTR, const LmTypeface* typeface = sansOnly())
 {
     const LmPaint paint = paintOf(size);
     LmLayout layout = layoutOf(text, paint, bidi, typeface, start, end);
-    LineMask m;
+    LineMask m{x, baseline, 0, 0, 0, {}};
     const LmGlyphBox& b = layout.getBounds();
     m.width = (int)layout.getAdvance();
     m.height = (int)(b.bottom - b.top);
