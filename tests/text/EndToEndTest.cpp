@@ -250,8 +250,9 @@ TEST_F(EndToEnd, SystemFamiliesCoverTheCommonScriptsWithoutMissingGlyphs)
     for (size_t i = 0; i < layout.nGlyphs(); i++) EXPECT_NE(0u, layout.getGlyphId(i)) << "glyph " << i;
 }
 
-// A line's shaping context starts at the newline before it; its glyphs go to their place.
-TEST(FontDrawingLine, ContextStartsAtTheNewlineAndGlyphsGoInListOrderOrBackwards)
+// A line's shaping context starts at the newline before it; its glyphs go to their place; without
+// text nothing is drawn.
+TEST(FontDrawingLine, ContextStartsAtTheNewlineGlyphsGoInListOrderOrBackwardsAndNoTextDrawsNothing)
 {
     const char16_t text[] = u"ab\ncd\r\nef";
     EXPECT_EQ(0, LmFontDrawing::FindContextStart(text, 1));
@@ -290,10 +291,7 @@ TEST(FontDrawingLine, ContextStartsAtTheNewlineAndGlyphsGoInListOrderOrBackwards
     LmFontDrawing drawing;
     drawing._DoRender(0, 64, 64, drawing.GetGlyphList(), &effect, 1);
     EXPECT_EQ("....", inkRow(effect.getSrcBitmap()->pixels, 4, 1));
-}
 
-TEST_F(FontDrawing, MissingTextLeavesTheTargetAlone)
-{
     LmTextObject object;
     ASSERT_EQ(1, object.Construct());
     LmBitmap dst(8, 8, 4);

@@ -267,7 +267,7 @@ TEST(PlatformSystemFonts, FindsFilesAndFamiliesThroughFontconfig)
 }
 
 // Plain advances, positions and whole-pixel bounds are pinned by the goldens.
-TEST(PlatformLayout, ScaleXAndLetterSpacingWidenTheAdvance)
+TEST(PlatformLayout, ScaleXSpacingContextRangeFeaturesAndSurrogates)
 {
     LmLayout hello = layoutOf(u"Hello", paintOf(48.0f));
     // The advance scales with scale X; letter spacing adds size x spacing per character, half
@@ -280,10 +280,7 @@ TEST(PlatformLayout, ScaleXAndLetterSpacingWidenTheAdvance)
     LmLayout sp = layoutOf(u"Hello", spaced);
     EXPECT_NEAR(hello.getAdvance() + 5 * 12.0f, sp.getAdvance(), 0.01f);
     EXPECT_NEAR(6.0f, sp.getX(0), 0.001f);
-}
 
-TEST(PlatformLayout, ContextRangeFeaturesAndSurrogates)
-{
     auto tf = sansWithCjk();
     std::vector<uint16_t> text = utf16(u"ab\ncd ef");
     const size_t n = text.size();

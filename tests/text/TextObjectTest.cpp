@@ -57,7 +57,8 @@ std::vector<ChainedTextObject*> boundChain(int n)
 } // namespace
 
 // Constructing twice is error 4 and keeps the handle; anything before Construct is error 8.
-TEST(TextObject, ConstructOnceElseErrors4And8)
+// Text, line records and fonts are replaced by their setters, bad values refused.
+TEST(TextObject, ConstructOnceElseErrors4And8AndSettersReplaceTextLinesAndFont)
 {
     LmTextObject object;
     ASSERT_EQ(object.Construct(), 1);
@@ -73,13 +74,7 @@ TEST(TextObject, ConstructOnceElseErrors4And8)
         Error::SetError(0);
     }
     EXPECT_EQ(Error::GetError(), 8u);  // so does its destructor
-}
 
-// Text, line records and fonts are replaced by their setters, bad values refused.
-TEST(TextObject, SettersReplaceTextLinesAndFont)
-{
-    LmTextObject object;
-    ASSERT_EQ(object.Construct(), 1);
     {
         LmString text;
         text.Construct("Hello");
