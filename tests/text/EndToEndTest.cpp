@@ -196,9 +196,8 @@ TEST_F(EndToEnd, BadFontsTextsAndBitmapSizesFailOrDrawNothingAndNeverCrash)
 
     // Without any font nothing is drawn.
     LmTextObject object;
-    ASSERT_EQ(1, object.Construct());
+    prepareText(object, L"Hello", paintOf(32.0f), 60, 50, nullptr);
     EXPECT_EQ(0, object.SetFont("/no/such/font.ttf"));
-    object.SetText(L"Hello");
     giveLines(object, {newLine(0, 40, 0, 5)});
     const uint32_t* px = object.RenderTextEffect(60, 50);
     ASSERT_NE(nullptr, px);
@@ -238,8 +237,7 @@ TEST_F(EndToEnd, SystemFamiliesCoverTheCommonScriptsWithoutMissingGlyphs)
                                 u"\u0645\u0631\u062D\u0628\u0627 \u05E9\u05DC\u05D5\u05DD \u4F60\u597D "
                                 u"\u3053\u3093\u306B\u3061\u306F \uAC00";  // the stock CJK font has only some Hangul
     LmTextObject object;
-    ASSERT_EQ(1, object.Construct());
-    ASSERT_EQ(1, object.SetText(std::wstring(text.begin(), text.end()).c_str()));
+    prepareText(object, std::wstring(text.begin(), text.end()).c_str(), paintOf(24.0f), 400, 40, nullptr);
     std::vector<std::shared_ptr<LmPlatformFamily>> list;
     int weight = 400;
     ASSERT_TRUE(FontManager::GetInstance()->GetMinikinFontFamilies(nullptr, list, nullptr, weight));
