@@ -113,9 +113,6 @@ TEST_F(EndToEnd, LinesDrawTheirGlyphPixelsInTheTextColourAndNothingElse)
         const uint32_t* px = render(object);
         ASSERT_NE(nullptr, px);
         expectLines(px, placed);
-        // The render's line box spans the drawn advance.
-        const LineInfo* first = static_cast<const LineInfo*>(object.GetLineInfo()->Get(0));
-        EXPECT_EQ(10 + placed[0].width, first->renderBounds.right);
     }
 }
 
@@ -315,7 +312,6 @@ TEST_F(FontDrawing, HugeLinesSaturateOrDrawWholeAndARepeatedRenderRepeatsItsPixe
         const std::vector<uint32_t> first(px, px + 200 * 80);
         EXPECT_TRUE(std::equal(first.begin(), first.end(), object.RenderTextEffect(200, 80)));
         const LmRect& box = static_cast<const LineInfo*>(object.GetLineInfo()->Get(0))->renderBounds;
-        EXPECT_EQ(10 + object.GetEffect()->getTopOffset(), box.top);
         EXPECT_EQ((int)std::min<int64_t>((int64_t)c.first + object.GetEffect()->getLeftOffset(), INT_MAX), box.left);
     }
 
