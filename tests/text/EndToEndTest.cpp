@@ -2,8 +2,6 @@
 
 #include <climits>
 #include <cstdlib>
-#include <random>
-#include <tuple>
 
 using namespace LmTest;
 
@@ -191,7 +189,6 @@ TEST_F(EndToEnd, BadFontsTextsAndBitmapSizesFailOrDrawNothingAndNeverCrash)
         EXPECT_NE(nullptr, user.RenderTextEffect(200, 60)) << name;
     }
 
-    // Without any font nothing is drawn.
     LmTextObject object;
     prepareText(object, L"Hello", paintOf(32.0f), 60, 50, nullptr);
     EXPECT_EQ(0, object.SetFont("/no/such/font.ttf"));
@@ -280,7 +277,6 @@ TEST(FontDrawingLine, ContextStartsAtTheNewlineGlyphsGoInListOrderOrBackwardsAnd
         drawing._DoRender(0, 0, 0, nullptr, &effect, 1);
         drawing._DoRender(0, 0, 0, list, nullptr, 1);
     }
-    // An empty list places nothing.
     LmEffect effect;
     effect.initEffect(4, 4);
     LmFontDrawing drawing;

@@ -1,9 +1,7 @@
 #include "text/TextTestSupport.h"
 
-#include <algorithm>
 #include <limits>
-#include <tuple>
-#include <utility>
+#include <numeric>
 
 using namespace LmTest;
 
@@ -28,9 +26,7 @@ long inkOf(const LmPlatformFont& font, uint32_t glyph, const LmGlyphStyle& style
     mask->assign((size_t)w * h, 0);
     LmAlphaCanvas canvas(mask->data(), w, h);
     font.DrawGlyph(glyph, style, x, y, &canvas);
-    long sum = 0;
-    for (unsigned char c : *mask) sum += c;
-    return sum;
+    return std::accumulate(mask->begin(), mask->end(), 0L);
 }
 
 LmGlyphStyle styleOf(float size) { return paintOf(size).glyphStyle(); }
@@ -205,7 +201,6 @@ TEST(PlatformTypeface, ChoosesStyleSynthesisesWhatIsMissingAndFallsBackPerCharac
     tf = LmTypeface::createFromFamilies({familyOf(kSansPath), elegantOnly}, 400, false);
     EXPECT_EQ(loadFont(kCjkPath), tf->chooseFont(0x4E2D, 0).font);
 
-    // Nothing usable: no typeface.
     EXPECT_EQ(nullptr, LmTypeface::createFromFamilies({}, 400, false));
     EXPECT_EQ(nullptr, LmTypeface::createFromFamilies({nullptr}, 400, false));
     EXPECT_EQ(nullptr,

@@ -12,7 +12,9 @@
 #include <iterator>
 #include <map>
 #include <memory>
+#include <random>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace LmTest {

@@ -2,7 +2,6 @@
 
 #include <atomic>
 #include <chrono>
-#include <string>
 #include <thread>
 
 using namespace LmTest;
