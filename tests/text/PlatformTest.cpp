@@ -225,8 +225,17 @@ TEST(PlatformFamily, ClosestMatchPrefersSlantThenNearestWeight)
     EXPECT_EQ(0u, LmPlatformFamily(0, 0, {LmStyledFont(nullptr, 400, false)}).getNumFonts());
 }
 
-TEST(PlatformLocaleList, SameListSameIdAcrossSeparators)
+// Fontconfig's files and families, and the locale lists the families are registered under.
+TEST(PlatformSystemFonts, FindsFilesAndFamiliesAndTheirLocaleListsAreTheSameAcrossSeparators)
 {
+    std::string sans = LmSystemFonts::FindFontFile("DejaVu Sans", 400, false);
+    EXPECT_NE(std::string::npos, sans.find("DejaVuSans.ttf")) << sans;
+    EXPECT_NE(std::string::npos, LmSystemFonts::FindFontFile("DejaVu Sans", 700, false).find("DejaVuSans-Bold.ttf"));
+    EXPECT_NE(std::string::npos, LmSystemFonts::FindFontFile("DejaVu Sans", 400, true).find("Oblique"));
+    EXPECT_FALSE(LmSystemFonts::FindFontFile("sans-serif", 400, false).empty());
+    EXPECT_TRUE(LmSystemFonts::FindFontFile(nullptr, 400, false).empty());
+    EXPECT_EQ(0, LmSystemFamilies::Collect(nullptr));
+
     const uint32_t list = LmLocaleListRegistry::registerLocaleList("en-US,fr-FR");
     EXPECT_EQ(list, LmLocaleListRegistry::registerLocaleList(" en-US , fr-FR "));
     EXPECT_EQ(list, LmLocaleListRegistry::registerLocaleList("en-US fr-FR"));
@@ -247,17 +256,6 @@ TEST(PlatformPaint, FlagsDriveEmboldenAndAntiAlias)
     EXPECT_FALSE(paint.glyphStyle().antiAlias);
     paint.setJavaFlags(LmPaint::kAntiAliasFlag | 0x80u);  // other bits are not acted on
     EXPECT_FALSE(paint.isEmbolden());
-}
-
-TEST(PlatformSystemFonts, FindsFilesAndFamiliesThroughFontconfig)
-{
-    std::string sans = LmSystemFonts::FindFontFile("DejaVu Sans", 400, false);
-    EXPECT_NE(std::string::npos, sans.find("DejaVuSans.ttf")) << sans;
-    EXPECT_NE(std::string::npos, LmSystemFonts::FindFontFile("DejaVu Sans", 700, false).find("DejaVuSans-Bold.ttf"));
-    EXPECT_NE(std::string::npos, LmSystemFonts::FindFontFile("DejaVu Sans", 400, true).find("Oblique"));
-    EXPECT_FALSE(LmSystemFonts::FindFontFile("sans-serif", 400, false).empty());
-    EXPECT_TRUE(LmSystemFonts::FindFontFile(nullptr, 400, false).empty());
-    EXPECT_EQ(0, LmSystemFamilies::Collect(nullptr));
 }
 
 // Plain advances, positions and whole-pixel bounds are pinned by the goldens.
