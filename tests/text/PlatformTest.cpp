@@ -158,6 +158,14 @@ TEST(PlatformFont, OutlinesMeasureAndDrawAsStyledInsideTheCanvasAtUsableSizesOnl
     LmAlphaCanvas canvas(twice.data(), 64, 64);
     sans->DrawGlyph(h, styleOf(40.0f), 8.0f, 48.0f, &canvas);
     EXPECT_EQ(plain, twice);
+
+    // The paint's flags set those styles.
+    LmPaint paint;
+    paint.setJavaFlags(LmPaint::kFakeBoldTextFlag);
+    EXPECT_TRUE(paint.glyphStyle().embolden);
+    EXPECT_FALSE(paint.glyphStyle().antiAlias);
+    paint.setJavaFlags(LmPaint::kAntiAliasFlag | 0x80u);  // other bits are not acted on
+    EXPECT_FALSE(paint.isEmbolden());
 }
 
 TEST(PlatformTypeface, ChoosesStyleSynthesisesWhatIsMissingAndFallsBackPerCharacter)
@@ -221,7 +229,6 @@ TEST(PlatformFamily, ClosestMatchPrefersSlantThenNearestWeight)
                                   LmStyledFont(loadFont(kSansBoldPath), 700, false)};
     EXPECT_EQ(700, LmPlatformFamily(0, 0, tie).getClosestMatch(600, false)->weight);
     EXPECT_EQ(nullptr, LmPlatformFamily(0, 0, {}).getClosestMatch(400, false));
-    // Members without a font are dropped.
     EXPECT_EQ(0u, LmPlatformFamily(0, 0, {LmStyledFont(nullptr, 400, false)}).getNumFonts());
 }
 
@@ -246,16 +253,6 @@ TEST(PlatformSystemFonts, FindsFilesAndFamiliesAndTheirLocaleListsAreTheSameAcro
         EXPECT_EQ(0u, LmLocaleListRegistry::registerLocaleList(none));
     EXPECT_TRUE(LmLocaleListRegistry::getLocales(0).empty());
     EXPECT_TRUE(LmLocaleListRegistry::getLocales(0xFFFFFFF0u).empty());
-}
-
-TEST(PlatformPaint, FlagsDriveEmboldenAndAntiAlias)
-{
-    LmPaint paint;
-    paint.setJavaFlags(LmPaint::kFakeBoldTextFlag);
-    EXPECT_TRUE(paint.glyphStyle().embolden);
-    EXPECT_FALSE(paint.glyphStyle().antiAlias);
-    paint.setJavaFlags(LmPaint::kAntiAliasFlag | 0x80u);  // other bits are not acted on
-    EXPECT_FALSE(paint.isEmbolden());
 }
 
 // Plain advances, positions and whole-pixel bounds are pinned by the goldens.
