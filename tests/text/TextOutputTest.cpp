@@ -1,12 +1,7 @@
 #include "text/TextTestSupport.h"
 
-#include "effect/LmEffect.h"
-#include "platform/LmCanvas.h"
-#include "text/LmView.h"
-
 #include <cstring>
 
-using namespace LmFontEffect;
 using namespace LmTest;
 
 // A transparent background sends a render through the general finish (clear output, swap,

@@ -1,34 +1,26 @@
 #ifndef LMFONTEFFECT_TESTS_TEXT_TEXTTESTSUPPORT_H
 #define LMFONTEFFECT_TESTS_TEXT_TEXTTESTSUPPORT_H
 
-#include "effect/LmEffect.h"
-#include "foundation/List.h"
-#include "foundation/LmString.h"
-#include "platform/LmAlphaCanvas.h"
-#include "platform/LmLayoutUtils.h"
-#include "platform/LmPaint.h"
-#include "platform/LmPlatformFamily.h"
-#include "platform/LmPlatformFont.h"
-#include "text/LmSystemFamilies.h"
-#include "platform/LmTypeface.h"
-#include "text/FontEntry.h"
-#include "text/FontManager.h"
-#include "text/LmFontFamily.h"
-#include "text/LineInfo.h"
-#include "text/LmTextObject.h"
-#include "text/LmView.h"
+#include "LmFontEffect.h"
+#include "support/TestSupport.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <fstream>
 #include <iterator>
 #include <map>
 #include <memory>
+#include <random>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace LmTest {
+
+// The helpers below speak the library's types throughout.
+using namespace LmFontEffect;
 
 inline const char* const kSansPath = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
 inline const char* const kSansBoldPath = "/usr/share/fonts/truetype/dejavu/DejaVuSans-Bold.ttf";
@@ -51,43 +43,53 @@ inline char* handOver(const std::vector<unsigned char>& bytes, size_t n)
 }
 
 // Fonts borrow their bytes: the bytes of every file loaded here live for the whole test run.
-inline std::shared_ptr<LmFontEffect::LmPlatformFont> loadFont(const std::string& path)
+inline std::shared_ptr<LmPlatformFont> loadFont(const std::string& path)
 {
     static std::map<std::string, std::vector<unsigned char>> files;
-    static std::map<std::string, std::shared_ptr<LmFontEffect::LmPlatformFont>> fonts;
+    static std::map<std::string, std::shared_ptr<LmPlatformFont>> fonts;
     auto it = fonts.find(path);
     if (it != fonts.end()) return it->second;
     std::vector<unsigned char>& bytes = files[path];
     bytes = readFileBytes(path);
-    return fonts[path] = LmFontEffect::LmPlatformFont::MakeFromData(bytes.data(), bytes.size(), 0);
+    return fonts[path] = LmPlatformFont::MakeFromData(bytes.data(), bytes.size(), 0);
 }
 
-inline std::shared_ptr<LmFontEffect::LmPlatformFamily> familyOf(const std::string& path, int weight = 400,
-                                                                 bool italic = false)
+inline std::shared_ptr<LmPlatformFamily> familyOf(const std::string& path, int weight = 400, bool italic = false)
 {
-    std::vector<LmFontEffect::LmStyledFont> fonts{LmFontEffect::LmStyledFont(loadFont(path), weight, italic)};
-    return std::make_shared<LmFontEffect::LmPlatformFamily>(0, 0, fonts);
+    std::vector<LmStyledFont> fonts{LmStyledFont(loadFont(path), weight, italic)};
+    return std::make_shared<LmPlatformFamily>(0, 0, fonts);
 }
 
 // Sans (Latin, Greek, Cyrillic, Arabic, Hebrew) first, the CJK font as fallback.
-inline std::shared_ptr<LmFontEffect::LmTypeface> sansWithCjk()
+inline std::shared_ptr<LmTypeface> sansWithCjk()
 {
-    return LmFontEffect::LmTypeface::createFromFamilies({familyOf(kSansPath), familyOf(kCjkPath)}, 400, false);
+    return LmTypeface::createFromFamilies({familyOf(kSansPath), familyOf(kCjkPath)}, 400, false);
 }
 
-inline const LmFontEffect::LmTypeface* sansOnly()
+inline const LmTypeface* sansOnly()
 {
-    static auto typeface = LmFontEffect::LmTypeface::createFromFamilies({familyOf(kSansPath)}, 400, false);
+    static auto typeface = LmTypeface::createFromFamilies({familyOf(kSansPath)}, 400, false);
     return typeface.get();
 }
 
 inline std::vector<uint16_t> utf16(const std::u16string& s) { return std::vector<uint16_t>(s.begin(), s.end()); }
 
-inline LmFontEffect::LmPaint paintOf(float size)
+inline LmPaint paintOf(float size)
 {
-    LmFontEffect::LmPaint paint;
+    LmPaint paint;
     paint.setTextSize(size);
     return paint;
+}
+
+// Shapes text[start, end) with the whole text as context; sans with the CJK fallback unless told.
+inline LmLayout layoutOf(const std::u16string& text, const LmPaint& paint, int bidi = LmLayoutUtils::kBidiDefaultLTR,
+                         const LmTypeface* typeface = nullptr, size_t start = 0, size_t end = std::u16string::npos)
+{
+    static const auto withCjk = sansWithCjk();
+    std::vector<uint16_t> units = utf16(text);
+    end = std::min(end, units.size());
+    return LmLayoutUtils::doLayout(paint, bidi, typeface ? typeface : withCjk.get(), units.data(), units.size(), start,
+                                   end - start, 0, units.size());
 }
 
 // Row y of a raster as '#' where a pixel has coverage (its last byte) and '.' where it has none.
@@ -100,8 +102,8 @@ inline std::string inkRow(const unsigned char* pixels, int width, int y, int byt
 
 // A constructed object showing `text` with the paint on a view of w x h; without a font path
 // the caller registers one itself.
-inline void prepareText(LmFontEffect::LmTextObject& object, const wchar_t* text, LmFontEffect::LmPaint paint, int w,
-                        int h, const char* font = kSansPath)
+inline void prepareText(LmTextObject& object, const wchar_t* text, LmPaint paint, int w, int h,
+                        const char* font = kSansPath)
 {
     ASSERT_EQ(1, object.Construct());
     ASSERT_EQ(1, object.SetText(text));
@@ -111,19 +113,13 @@ inline void prepareText(LmFontEffect::LmTextObject& object, const wchar_t* text,
 }
 
 // A system family record as the bridge builds it, every font weight 500 and italic.
-inline LmFontEffect::LmFontFamily* makeFamily(uint32_t localeListId, int variant, std::vector<const char*> paths)
+inline LmFontFamily* makeFamily(uint32_t localeListId, int variant, std::vector<const char*> paths)
 {
-    auto* family = new LmFontEffect::LmFontFamily();
-    family->localeListId = localeListId;
-    family->variant = variant;
-    family->fonts = new LmFontEffect::List();
+    auto* family = new LmFontFamily{0, localeListId, variant, new List()};
     family->fonts->Construct();
     for (const char* path : paths) {
-        auto* entry = new LmFontEffect::FontEntry();
-        entry->path = new LmFontEffect::LmString();
+        auto* entry = new FontEntry{new LmString(), 0, 500, true, nullptr};
         entry->path->Construct(path);
-        entry->weight = 500;
-        entry->italic = true;
         family->fonts->Add(entry);
     }
     return family;
@@ -132,31 +128,31 @@ inline LmFontEffect::LmFontFamily* makeFamily(uint32_t localeListId, int variant
 // Starts from an empty font registry, with or without the machine's fonts.
 inline void freshFontManager(bool systemFonts)
 {
-    LmFontEffect::FontManager* fm = LmFontEffect::FontManager::GetInstance();
+    FontManager* fm = FontManager::GetInstance();
     fm->ClearFontMaps();
     fm->ClearFontFamilies();
     if (systemFonts) {
-        ASSERT_TRUE(LmFontEffect::LmSystemFamilies::Install());
+        ASSERT_TRUE(LmSystemFamilies::Install());
     }
 }
 
+// Each test starts and ends with an empty font registry.
+class FreshFonts : public ::testing::Test {
+protected:
+    void SetUp() override { freshFontManager(false); }
+    void TearDown() override { freshFontManager(false); }
+};
+
 // One line with a box of the font's ascent and descent at the paint's size, as the bridge builds it.
-inline LmFontEffect::LineInfo* newLine(int x, int baseline, int start, int end, int direction = 1)
+inline LineInfo* newLine(int x, int baseline, int start, int end, int direction = 1)
 {
-    auto* line = new LmFontEffect::LineInfo();
-    line->x = x;
-    line->baseline = baseline;
-    line->start = start;
-    line->end = end;
-    line->direction = direction;
-    line->bounds = LmFontEffect::LmRect(x, baseline - 40, x, baseline + 12);
-    return line;
+    return new LineInfo{x, baseline, start, end, direction, LmRect(x, baseline - 40, x, baseline + 12), {}};
 }
 
 // As the bridge does: the caller's list is emptied without deleting what it held.
-inline void giveLines(LmFontEffect::LmTextObject& object, const std::vector<LmFontEffect::LineInfo*>& lines)
+inline void giveLines(LmTextObject& object, const std::vector<LineInfo*>& lines)
 {
-    LmFontEffect::List list;
+    List list;
     list.Construct();
     for (auto* line : lines) list.Add(line);
     ASSERT_EQ(1, object.SetLineInfo(&list));
@@ -165,8 +161,10 @@ inline void giveLines(LmFontEffect::LmTextObject& object, const std::vector<LmFo
 
 // The coverage of one line as font drawing should cut it: as wide as the advance, as high as
 // the ink, the ink's top-left corner at (0, 0). Drawn glyph by glyph, straight from the
-// layout, without the glyph-run machinery.
+// layout, without the glyph-run machinery, for a line whose pen starts at (x, baseline).
 struct LineMask {
+    int x = 0;
+    int baseline = 0;
     int width = 0;
     int height = 0;
     int top = 0;  // ink top relative to the baseline
@@ -174,23 +172,20 @@ struct LineMask {
     unsigned char at(int x, int y) const { return pixels[(size_t)y * width + x]; }
 };
 
-inline LineMask expectedLineMask(const std::u16string& text, size_t start, size_t end, float size,
-                                 int bidi = LmFontEffect::LmLayoutUtils::kBidiDefaultLTR,
-                                 const LmFontEffect::LmTypeface* typeface = sansOnly())
+inline LineMask expectedLineMask(const std::u16string& text, size_t start, size_t end, float size, int x, int baseline,
+                                 int bidi = LmLayoutUtils::kBidiDefaultLTR, const LmTypeface* typeface = sansOnly())
 {
-    const LmFontEffect::LmPaint paint = paintOf(size);
-    std::vector<uint16_t> units = utf16(text);
-    LmFontEffect::LmLayout layout = LmFontEffect::LmLayoutUtils::doLayout(
-        paint, bidi, typeface, units.data(), units.size(), start, end - start, 0, units.size());
-    LineMask m;
-    const LmFontEffect::LmGlyphBox& b = layout.getBounds();
+    const LmPaint paint = paintOf(size);
+    LmLayout layout = layoutOf(text, paint, bidi, typeface, start, end);
+    LineMask m{x, baseline, 0, 0, 0, {}};
+    const LmGlyphBox& b = layout.getBounds();
     m.width = (int)layout.getAdvance();
     m.height = (int)(b.bottom - b.top);
     m.top = (int)b.top;
     m.pixels.assign((size_t)m.width * m.height, 0);
-    LmFontEffect::LmAlphaCanvas canvas(m.pixels.data(), m.width, m.height);
+    LmAlphaCanvas canvas(m.pixels.data(), m.width, m.height);
     for (size_t i = 0; i < layout.nGlyphs(); i++) {
-        LmFontEffect::LmGlyphStyle style = paint.glyphStyle();
+        LmGlyphStyle style = paint.glyphStyle();
         if (layout.getFakery(i).fakeBold) style.embolden = true;
         if (layout.getFakery(i).fakeItalic) style.skewX -= 0.25f;
         layout.getFont(i)->DrawGlyph(layout.getGlyphId(i), style, -b.left + layout.getX(i), -b.top + layout.getY(i),
@@ -201,10 +196,10 @@ inline LineMask expectedLineMask(const std::u16string& text, size_t start, size_
 
 // Renders as the bridge does: the bitmap is the view plus the effect's margins, its size
 // returned through w and h.
-inline const uint32_t* renderWithMargins(LmFontEffect::LmTextObject& object, int* w, int* h)
+inline const uint32_t* renderWithMargins(LmTextObject& object, int* w, int* h)
 {
-    LmFontEffect::LmView* view = object.GetView();
-    LmFontEffect::LmEffect* effect = object.GetEffect();
+    LmView* view = object.GetView();
+    LmEffect* effect = object.GetEffect();
     *w = view->GetWidth() + effect->getLeftOffset() + effect->getRightOffset();
     *h = view->GetHeight() + effect->getTopOffset() + effect->getBottomOffset();
     view->SetBitmapWidth(*w);

@@ -1,12 +1,9 @@
 #include "text/TextTestSupport.h"
 
-
 #include <atomic>
 #include <chrono>
-#include <string>
 #include <thread>
 
-using namespace LmFontEffect;
 using namespace LmTest;
 
 namespace {
