@@ -8,7 +8,6 @@
 #include FT_FREETYPE_H
 #include FT_OUTLINE_H
 #include FT_BBOX_H
-#include FT_TRUETYPE_TABLES_H
 #include <hb.h>
 
 #include <algorithm>
@@ -109,11 +108,6 @@ std::shared_ptr<LmPlatformFont> LmPlatformFont::MakeFromData(const unsigned char
     font->mUnitsPerEm = face->units_per_EM;
     font->mAscender = face->ascender;
     font->mDescender = face->descender;
-
-    const TT_OS2* os2 = static_cast<const TT_OS2*>(FT_Get_Sfnt_Table(face, FT_SFNT_OS2));
-    // fsSelection bit 9 marks an oblique face, which serves as italic as well.
-    font->mItalic = (face->style_flags & FT_STYLE_FLAG_ITALIC) != 0 ||
-                    (os2 && os2->version != 0xFFFF && (os2->fsSelection & (1u << 9)) != 0);
     return font;
 }
 

@@ -35,8 +35,6 @@ public:
     LmPlatformFont(const LmPlatformFont&) = delete;
     LmPlatformFont& operator=(const LmPlatformFont&) = delete;
 
-    // Whether the face is italic or oblique by its style flags or OS/2 selection.
-    bool IsNaturalItalic() const { return mItalic; }
     bool HasGlyph(uint32_t codePoint) const;
     uint32_t GetGlyphId(uint32_t codePoint) const;
     int GetUnitsPerEm() const { return mUnitsPerEm; }
@@ -69,7 +67,6 @@ private:
     FT_FaceRec_* mFace = nullptr;
     hb_face_t* mHbFace = nullptr;
     hb_font_t* mHbFont = nullptr;  // immutable, font units: glyph look-ups
-    bool mItalic = false;
     int mUnitsPerEm = 1000;
     int mAscender = 0;   // font units, y up
     int mDescender = 0;  // font units, y up (negative below the baseline)
