@@ -77,14 +77,14 @@ TEST(PlatformCanvas, RectanglesFillPixelCentresInsideTheClipAndImagesAreClipped)
     EXPECT_EQ("####", h.row(0));
     EXPECT_EQ("....", h.row(1));
 
-    const std::vector<unsigned char> img(3 * 2 * 4, 0xFF);
+    const std::vector<unsigned char> img(4 * 2 * 4, 0xFF);
     Raster i(4, 4), e(4, 4);
-    i.canvas.drawImage(img.data(), 3, 2, 2, 3);  // hangs off the right and bottom edges
-    EXPECT_EQ("..##", i.row(3));
-    e.canvas.drawImage(nullptr, 3, 2, 0, 0);
+    i.canvas.drawImage(img.data(), 4, 2, 1, 3);  // hangs off the right and bottom edges
+    EXPECT_EQ(".###", i.row(3));
+    e.canvas.drawImage(nullptr, 4, 2, 0, 0);
     e.canvas.drawImage(img.data(), -3, 2, 0, 0);
-    e.canvas.drawImage(img.data(), 3, 2, 2147483647, 0);
-    e.canvas.drawImage(img.data(), 3, 2, -2147483647 - 1, 0);
+    e.canvas.drawImage(img.data(), 4, 2, 2147483647, 0);
+    e.canvas.drawImage(img.data(), 4, 2, -2147483647 - 1, 0);
     EXPECT_TRUE(e.blank());
     LmCanvas none(nullptr, 5, 5);
     none.clear();
