@@ -539,7 +539,6 @@ TEST_F(LmLogTest, NativeErrorLineAndCodePerThread)
     ASSERT_EQ(1u, log.lines().size());
     EXPECT_EQ(6, log.lines()[0].priority);
     EXPECT_TRUE(log.contains("Tag", "@ Native Error 11 : 42"));
-    EXPECT_EQ(11u, Error::GetError());
 
     Error::SetError(7);
     unsigned long seenFresh = 99, seenOwn = 99;
