@@ -104,7 +104,6 @@ public class BridgeTest {
         LmText t = NativeProbe.configured(0, 0xFFFF0000);
         t.LmText_SetFont(NativeProbe.SANS);
         int[] pixels = t.LmText_RenderTextEffect();
-        assertEquals(260 * 140, pixels.length);
         for (int p : pixels) assertEquals(0, p);
     }
 
