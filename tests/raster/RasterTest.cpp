@@ -1,15 +1,12 @@
-// The bitmap's cut-outs and size cap, the fast square root, and the blender's branches the filter
-// goldens leave open, with its run-skipping paths against one call per pixel or the plain formulas.
+// The bitmap's cut-outs and size cap, and the blender's branches the filter goldens leave open, with its run-skipping paths against one call per pixel or the plain formulas.
 #include "raster/LmBitmap.h"
 #include "raster/LmBlender.h"
 #include "raster/LmRect.h"
-#include "raster/LmSqrt.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstring>
 #include <random>
 #include <vector>
@@ -66,13 +63,6 @@ TEST(LmBitmap, AbsurdSizesFailAsNullPixelsWithoutWrapping)
     EXPECT_EQ(std::vector<unsigned>({huge.width, zero.width}), std::vector<unsigned>({70000, 0}));
     EXPECT_EQ(0u, LmBitmap::byteSize(0, 10, 4));
     EXPECT_EQ(0u, LmBitmap::byteSize(0xFFFFFFFFu, 0xFFFFFFFFu, 4));
-}
-
-// The table's entries (three-decimal roundings) are pinned by the relief goldens.
-TEST(LmSqrt, FastSquareRoot)
-{
-    EXPECT_EQ(0.0f, fsqrt(0.0f));
-    for (float v : {0.25f, 2.0f, 4.0f, 10.0f, 5489.0f}) EXPECT_NEAR(std::sqrt(v), fsqrt(v), std::sqrt(v) * 0.002f);
 }
 
 // One coverage byte over one pixel, for the branches the filter goldens leave open: no
