@@ -99,9 +99,6 @@ TEST(LmEffect, FactoryKnowsOnlyKindsWithALayerClass)
     LmEffect e;
     for (int kind : {0, 9, 13, 14, -1, 1000}) EXPECT_EQ(nullptr, e.createEffect(-1, kind)) << kind;
     EXPECT_EQ(-1, e.addEffect(9, nullptr));
-    std::unique_ptr<LmECore> text(e.createEffect(42, LM_EFFECT_TEXT));
-    ASSERT_NE(nullptr, text);
-    EXPECT_EQ(42, text->getId());
 }
 
 TEST(LmEffect, AddOperationsClampTheirArguments)
@@ -236,10 +233,7 @@ TEST(LmProperty, KeyBytesOfEveryKind)
         {serial(LmBevelProperty(0x5A, 1e10f, nan, -7, 255, 3, 1, nan, -45, 0u, 0, 0x5A5A5A5Au, 1)),
          "42da8f8f80808080f9ff838080d38080808080808080858a858a858a858a"},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(hex(c.key), c.hex);
-        for (size_t i = 1; i < c.key.size(); ++i) EXPECT_TRUE((unsigned char)c.key[i] & 0x80) << c.hex << " byte " << i;
-    }
+    for (const auto& c : cases) EXPECT_EQ(hex(c.key), c.hex);
     // The inner shadow keeps the negative remainder it writes as 330.
     EXPECT_EQ(-30.0f, LmInnerShadowProperty(-30, 0, 0, 0, 1).angle);
 }
