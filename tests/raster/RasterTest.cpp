@@ -99,7 +99,7 @@ TEST(LmBlender, ClipsAtEveryEdge)
     unsigned char src[5 * 5];
     for (int i = 0; i < 25; ++i) src[i] = (unsigned char)(i + 1);
     // Far outside, huge offsets, null inputs and negative sizes draw nothing and never overflow
-    // (a source over the edges: the run tests below).
+    // (a source over the edges: the filter goldens and the run tests below).
     LmBitmap rgba(4, 4, 4), failed(70000, 70000, 4);
     LmBlender::drawBitmapBlend8(2147483600, 5, &rgba, src, 100, 100, 5, 0xFFFFFFFFu, 1);
     LmBlender::drawBitmapBlend8(-2147483600, -2147483600, &rgba, src, 5, 5, 5, 0xFFFFFFFFu, 1);
@@ -107,11 +107,7 @@ TEST(LmBlender, ClipsAtEveryEdge)
     LmBlender::drawBitmapBlend8(0, 0, &rgba, nullptr, 5, 5, 5, 0xFFFFFFFFu, 1);
     LmBlender::drawBitmapBlend8(0, 0, nullptr, src, 5, 5, 5, 0xFFFFFFFFu, 1);
     LmBlender::drawBitmapBlend8(0, 0, &failed, src, 5, 5, 5, 0xFFFFFFFFu, 1);
-    ASSERT_TRUE(sameBytes(rgba, LmBitmap(4, 4, 4)));
-    // Bottom-right clipping with a stride wider than the drawn width.
-    LmBlender::drawBitmapBlend8(3, 3, &rgba, src, 2, 2, 5, 0xFFFFFFFFu, 1);
-    EXPECT_EQ(std::vector<unsigned>({at(rgba, 2, 3)[3], at(rgba, 3, 3)[3]}),
-              std::vector<unsigned>({0, (256u * src[0]) >> 8}));
+    EXPECT_TRUE(sameBytes(rgba, LmBitmap(4, 4, 4)));
 }
 
 TEST(LmBlender, ChannelsKeepTheirMeaningOnAnyByteOrder)
