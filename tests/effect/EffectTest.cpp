@@ -190,7 +190,6 @@ std::string serial(const LmProperty& p)
     std::string out((size_t)p.getSequentialCharLength(), '\0');
     char* cursor = &out[0];
     EXPECT_EQ(1, p.toSequentialChar(&cursor));
-    EXPECT_EQ(&out[0] + out.size(), cursor) << "length and written bytes differ";
     return out;
 }
 
