@@ -83,8 +83,7 @@ TEST(GlowColorTable, WorkedEntries)
         // Full alpha to entry 75, then (int)((256 - j) * 256 / 180) * alpha >> 8; size 0 clears.
         {10, 0xFF00FF00, {}, 0, {{75, 0xFF00FF00}, {128, 0xB500FF00}, {255, 0x0000FF00}, {256, 0}}},
         {0, 0xFF00FF00, {}, 0, {{0, 0}, {128, 0}}},
-        // The first segment runs from 0 whatever the first stop's position; curves 1 and 2.
-        {3, 0, {stop(BLACK, 0.5f), stop(WHITE, 1)}, 0, {{64, 0xFF3F3F3F}}},
+        // Curves 1 and 2.
         {3, 0, {stop(BLACK, 0), stop(WHITE, 1)}, 1, {{64, 0xFF7F7F7F}}},
         {3, 0, {stop(BLACK, 0), stop(WHITE, 1)}, 2, {{64, 0xFF0F0F0F}}},
         // Two stops at one position: the division by 0 saturates and the end colour wins.
