@@ -70,7 +70,6 @@ TEST(EveryLayer, WithoutARecordDrawsNothingAndIgnoresNull)
         ASSERT_NE(layer, nullptr) << kind;
         EXPECT_EQ(layer->getStyle(), kind);
         layer->setProperty(nullptr);
-        EXPECT_EQ(layer->getProperty(), nullptr) << kind;
         FilterRun run(disc(16, 5));
         EXPECT_EQ(run.run(*layer), 0) << kind;
         EXPECT_TRUE(run.untouched()) << kind;
