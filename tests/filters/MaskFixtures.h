@@ -23,7 +23,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <climits>
 #include <cmath>
 #include <cstdlib>
@@ -149,12 +148,6 @@ struct FilterRun {
     {
         LmECore::ParamPostProcessing pp{&target, &mask, &textRect, compositeMode, output};
         return layer.doPostProcessing(&pp);
-    }
-    // Each {x, y, alpha}.
-    void expectAlphas(std::initializer_list<std::array<int, 3>> expected) const
-    {
-        for (const auto& p : expected)
-            EXPECT_EQ(target.pixels[((size_t)p[1] * target.width + p[0]) * 4 + 3], p[2]) << "at " << p[0] << "," << p[1];
     }
     std::vector<unsigned char> alphaPlane() const
     {
