@@ -31,10 +31,15 @@ bool sameBits(const std::vector<float>& a, const std::vector<float>& b)
 
 } // namespace
 
-// The light floors the depth (the blur, its border and the mirrored light of direction 0 are
-// pinned by the relief goldens).
-TEST(Relief, LightFloor)
+// The bevel's own blur call leaves its border as the destination held it (the weights inside and
+// the mirrored light of direction 0 are pinned by the relief goldens), and the light floors the
+// depth.
+TEST(Relief, BlurBorderAndLightFloor)
 {
+    std::vector<unsigned char> src(7 * 7, 0), dst(7 * 7, 9);
+    src[3 * 7 + 3] = 255;
+    LmBevel::blur(src.data(), dst.data(), 1, 7, 7);
+    EXPECT_EQ(std::vector<int>({dst[0], dst[3 * 7 + 3], dst[6 * 7 + 6]}), std::vector<int>({9, 245, 9}));
     const LmBevelProperty flat = reliefRecord(1, 5, 0, 0, 0);
     EXPECT_EQ(LmRelief::light(flat, 0.1f).nz, 2.4f / 0.1f);
     EXPECT_EQ(LmRelief::light(flat, 0.2f).nz, 2.4f / 0.2f);
