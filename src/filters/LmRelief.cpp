@@ -625,29 +625,76 @@ int LmRelief::partialInDT(void* args)
     if (table)
         for (int64_t dy = -ir; dy <= ir; ++dy) fillRoots(table.get() + (dy + ir) * T, dy);
 
+    // Rows y - dy and y + dy share the roots of dy, and v - t never falls as v grows: the larger of
+    // the two values gives the larger difference. So each row folds its pairs into one row per dy
+    // before its cells are searched, and a cell reads half the rows. Rows before y are final by
+    // then and rows after it not yet searched; row y itself is read live (a cell lifted into a
+    // source serves the cells after it).
+    const int64_t H = a->height;
+    const bool folding = table && ((int64_t)ir + 1) * W <= (int64_t(1) << 22);
+    LmMaskBox::Block<float> folds = folding ? LmMaskBox::allocate<float>(((int64_t)ir + 1) * W, false)
+                                            : LmMaskBox::Block<float>();
+    LmMaskBox::Block<int> foldFirst = LmMaskBox::allocate<int>((int64_t)ir + 1, false);
+    LmMaskBox::Block<int> foldLast = LmMaskBox::allocate<int>((int64_t)ir + 1, false);
+    if (!foldFirst || !foldLast) return 0;
     for (int y = std::max(a->rowBegin, 0); y < std::min(a->rowEnd, a->height); ++y) {
         int y0, y1;
         window(y, ir, a->height, &y0, &y1);
-        for (int x = 0; x < a->width; ++x) {
+        const float* row = a->map + y * W;
+        int searchedFirst = a->width, searchedLast = -1;
+        for (int x = 0; x < a->width; ++x)
+            if (row[x] < 0.0f) searchedFirst = std::min(searchedFirst, x), searchedLast = x;
+        if (searchedLast < 0) continue;
+        const int64_t spanBegin = std::max<int64_t>((int64_t)searchedFirst - ir, 0);
+        const int64_t spanEnd = std::min<int64_t>((int64_t)searchedLast + ir + 1, W);
+        for (int64_t dy = 1; folds && dy <= ir; ++dy) {
+            const float* above = y - dy >= 0 ? sources.get() + (y - dy) * W : nullptr;
+            const float* below = y + dy < H ? sources.get() + (y + dy) * W : nullptr;
+            int f = a->width, l = -1;
+            for (const int64_t yy : {y - dy, y + dy})
+                if (yy >= 0 && yy < H) f = std::min(f, first[yy]), l = std::max(l, last[yy]);
+            foldFirst[dy] = f, foldLast[dy] = l;
+            float* out = folds.get() + dy * W;
+            // Rows between the first and last to hold a source are still read.
+            if (l < spanBegin || f >= spanEnd) {
+                std::fill(out + spanBegin, out + spanEnd, -INFINITY);
+                continue;
+            }
+            if (!above || !below) {
+                std::memcpy(out + spanBegin, (above ? above : below) + spanBegin, sizeof(float) * (size_t)(spanEnd - spanBegin));
+                continue;
+            }
+            for (int64_t x = spanBegin; x < spanEnd; ++x) out[x] = std::max(above[x], below[x]);
+        }
+        for (int x = searchedFirst; x <= searchedLast; ++x) {
             float& c = a->map[y * W + x];
             if (!(c < 0.0f)) continue;
             // The cell is no source while it is searched, so the maximum is over a fixed set and
             // the order of the visit does not matter.
             int x0, x1;
             window(x, ir, a->width, &x0, &x1);
-            auto holdsSource = [&](int yy) { return first[yy] < x1 && last[yy] >= x0; };
-            int top = y0, bottom = y1;
-            while (top < bottom && !holdsSource(top)) ++top;
-            while (bottom > top && !holdsSource(bottom - 1)) --bottom;
-            const float* values = sources.get() + x0;
             const int64_t dx0 = x0 - x + ir;
-            if (table) {
-                c = LmRowOps::maxDifference(values + top * W, W, table.get() + (top - y + ir) * T + dx0, T,
-                                            (size_t)(bottom - top), (size_t)(x1 - x0), c);
+            if (folds) {
+                if (first[y] < x1 && last[y] >= x0)
+                    c = LmRowOps::maxDifference(sources.get() + y * W + x0, W, table.get() + ir * T + dx0, T, 1,
+                                                (size_t)(x1 - x0), c);
+                int64_t low = 1, high = ir;
+                auto holds = [&](int64_t dy) { return foldFirst[dy] < x1 && foldLast[dy] >= x0; };
+                while (low <= high && !holds(low)) ++low;
+                while (high >= low && !holds(high)) --high;
+                if (low <= high)
+                    c = LmRowOps::maxDifference(folds.get() + low * W + x0, W, table.get() + (low + ir) * T + dx0, T,
+                                                (size_t)(high - low + 1), (size_t)(x1 - x0), c);
             } else {
+                auto holdsSource = [&](int yy) { return first[yy] < x1 && last[yy] >= x0; };
+                int top = y0, bottom = y1;
+                while (top < bottom && !holdsSource(top)) ++top;
+                while (bottom > top && !holdsSource(bottom - 1)) --bottom;
                 for (int yy = top; yy < bottom; ++yy) {
-                    fillRoots(rowRoots.get(), yy - y);
-                    c = LmRowOps::maxDifference(values + yy * W, W, rowRoots.get() + dx0, T, 1, (size_t)(x1 - x0), c);
+                    const float* roots = rowRoots.get() + dx0;
+                    if (table) roots = table.get() + (yy - y + ir) * T + dx0;
+                    else fillRoots(rowRoots.get(), yy - y);
+                    c = LmRowOps::maxDifference(sources.get() + yy * W + x0, W, roots, T, 1, (size_t)(x1 - x0), c);
                 }
             }
             if (c > 1.0f) {
