@@ -499,9 +499,11 @@ int LmRelief::partialOutDT(void* args)
     LmMaskBox::Block<unsigned char> right = LmMaskBox::allocate<unsigned char>(W * H, false);
     LmMaskBox::Block<unsigned char> left = LmMaskBox::allocate<unsigned char>(W * H, false);
     // The nearer of the two by columns (x H + y): a cell's rows are tested one after another.
-    LmMaskBox::Block<unsigned char> nearest = LmMaskBox::allocate<unsigned char>(W * H, false);
+    // Padded for the row test's whole vectors.
+    LmMaskBox::Block<unsigned char> nearest = LmMaskBox::allocate<unsigned char>(W * H + 64, false);
     auto emboss = [](float n, float d) { return n > 0.0f ? n + d : d; };
     if (!right || !left || !nearest) return outwardSearch(args, [](float c) { return c > 0.0f; }, emboss);
+    std::memset(nearest.get() + W * H, 0, 64);
     for (int64_t y = 0; y < H; ++y) {
         const float* m = a->map + y * W;
         for (int64_t x = 0, since = 255; x < W; ++x) {
@@ -524,6 +526,9 @@ int LmRelief::partialOutDT(void* args)
         if (c != lastValue) lastValue = c, lastLimit = leastWithRootAtLeast(c, largest);
         return lastLimit;
     };
+
+    // The vector row test's squares fit its 31 bits.
+    const bool masked = largest < (int64_t(1) << 30);
 
     // Where each cell of the row above found its value (x, then y; -1 when it kept its own).
     LmMaskBox::Block<int> found = LmMaskBox::allocate<int>(2 * W, false);
@@ -580,9 +585,25 @@ int LmRelief::partialOutDT(void* args)
                 }
                 if (c != before) limit = limits(c);
             };
-            for (int64_t dy = 0; dy * dy < limit && (y + dy < y1 || y - dy >= y0); ++dy) {
-                if (y + dy < y1) visit(y + dy, dy * dy);
-                if (dy > 0 && y - dy >= y0) visit(y - dy, dy * dy);
+            if (!masked) {
+                for (int64_t dy = 0; dy * dy < limit && (y + dy < y1 || y - dy >= y0); ++dy) {
+                    if (y + dy < y1) visit(y + dy, dy * dy);
+                    if (dy > 0 && y - dy >= y0) visit(y - dy, dy * dy);
+                }
+            } else {
+                // The rows that pass the first limit, found a vector at a time (a row rejected now
+                // stays rejected as the limit falls), among those within c + 1: roots of rows
+                // further away are at least c, as roots err by less than 1.
+                const int64_t reachNow = c < (float)a->reach ? (int64_t)c + 1 : a->reach;
+                const int64_t lo = std::max<int64_t>(y0, y - reachNow), hi = std::min<int64_t>(y1, y + reachNow + 1);
+                for (int64_t k = lo; k < hi; k += 64) {
+                    const size_t count = (size_t)std::min<int64_t>(64, hi - k);
+                    uint64_t bits = LmRowOps::rowsWithin(column + k, count, (int32_t)(k - y), (int32_t)limit);
+                    for (; bits; bits &= bits - 1) {
+                        const int64_t yy = k + __builtin_ctzll(bits);
+                        visit(yy, (yy - y) * (yy - y));
+                    }
+                }
             }
             // The cell is no source (at least 1 once changed), so no search above has read it.
             a->map[y * W + x] = c;
@@ -661,7 +682,8 @@ int LmRelief::partialInDT(void* args)
                 continue;
             }
             if (!above || !below) {
-                std::memcpy(out + spanBegin, (above ? above : below) + spanBegin, sizeof(float) * (size_t)(spanEnd - spanBegin));
+                const float* only = above ? above : below;
+                std::copy(only + spanBegin, only + spanEnd, out + spanBegin);
                 continue;
             }
             for (int64_t x = spanBegin; x < spanEnd; ++x) out[x] = std::max(above[x], below[x]);

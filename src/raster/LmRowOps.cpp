@@ -5,6 +5,8 @@
 #ifndef LMFONTEFFECT_ROW_SCANS_PLAIN
 #define LMFONTEFFECT_ROW_SCANS_PLAIN
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 
 namespace LmFontEffect {
 namespace {
@@ -195,6 +197,35 @@ float MaxDifference(const float* values, ptrdiff_t valueStride, const float* sub
     return vm > m ? vm : m;
 }
 
+// 0..63 to load: an iota built lane by lane on the stack stalls the load that follows it.
+alignas(64) const int32_t kSteps[64 + 64] = {0,  1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12, 13, 14, 15,
+                                             16, 17, 18, 19, 20, 21, 22, 23, 24, 25, 26, 27, 28, 29, 30, 31,
+                                             32, 33, 34, 35, 36, 37, 38, 39, 40, 41, 42, 43, 44, 45, 46, 47,
+                                             48, 49, 50, 51, 52, 53, 54, 55, 56, 57, 58, 59, 60, 61, 62, 63};
+
+uint64_t RowsWithin(const unsigned char* h, size_t count, int32_t firstDy, int32_t limit)
+{
+    const hn::ScalableTag<int32_t> d;
+    const hn::Rebind<uint8_t, decltype(d)> bytes;
+    const size_t lanes = hn::Lanes(d);
+    // Whole vectors only: the bytes past count are read and their bits dropped.
+    const auto bound = hn::Set(d, limit);
+    uint64_t bits = 0;
+    for (size_t i = 0; i < count; i += lanes) {
+        const auto n = hn::PromoteTo(d, hn::LoadU(bytes, h + i));
+        const auto dy = hn::Add(hn::LoadU(d, kSteps + i), hn::Set(d, firstDy));
+        const auto below = hn::Lt(hn::Add(hn::Mul(dy, dy), hn::Mul(n, n)), bound);
+        // Read back byte by byte: a wider load than the store stalls.
+        uint8_t packed[8];
+        const size_t written = hn::StoreMaskBits(d, below, packed);
+        uint64_t chunk = 0;
+        for (size_t b = 0; b < written; ++b) chunk |= (uint64_t)packed[b] << (8 * b);
+        if (lanes < 64) chunk &= (uint64_t(1) << lanes) - 1;
+        bits |= chunk << i;
+    }
+    return count < 64 ? bits & ((uint64_t(1) << count) - 1) : bits;
+}
+
 void Spread(unsigned char* out, const unsigned char* above, const unsigned char* row, const unsigned char* below,
             unsigned short* column, size_t count)
 {
@@ -316,6 +347,7 @@ HWY_EXPORT(Widen);
 HWY_EXPORT(SumTaps);
 HWY_EXPORT(Spread);
 HWY_EXPORT(MaxDifference);
+HWY_EXPORT(RowsWithin);
 HWY_EXPORT(SumSmallTaps);
 HWY_EXPORT(Quotients);
 
@@ -360,6 +392,11 @@ float LmRowOps::maxDifference(const float* values, ptrdiff_t valueStride, const 
                               ptrdiff_t subtrahendStride, size_t rows, size_t count, float start)
 {
     return HWY_DYNAMIC_DISPATCH(MaxDifference)(values, valueStride, subtrahends, subtrahendStride, rows, count, start);
+}
+
+uint64_t LmRowOps::rowsWithin(const unsigned char* h, size_t count, int32_t firstDy, int32_t limit)
+{
+    return HWY_DYNAMIC_DISPATCH(RowsWithin)(h, count, firstDy, limit);
 }
 
 HWY_EXPORT(SrcOverWords);
@@ -446,6 +483,16 @@ float LmRowOps::maxDifference(const float* values, ptrdiff_t valueStride, const 
             if (k > m) m = k;
         }
     return m;
+}
+
+uint64_t LmRowOps::rowsWithin(const unsigned char* h, size_t count, int32_t firstDy, int32_t limit)
+{
+    uint64_t bits = 0;
+    for (size_t i = 0; i < count; ++i) {
+        const int32_t dy = firstDy + (int32_t)i, n = h[i];
+        if (dy * dy + n * n < limit) bits |= uint64_t(1) << i;
+    }
+    return bits;
 }
 
 size_t LmRowOps::srcOverWords(unsigned char*, const unsigned int*, size_t) { return 0; }

@@ -2,6 +2,7 @@
 #define LMFONTEFFECT_RASTER_LMROWOPS_H
 
 #include <cstddef>
+#include <cstdint>
 
 namespace LmFontEffect {
 
@@ -51,6 +52,10 @@ public:
     // each array `stride` floats apart. No NaN may arise; -0.0 and +0.0 are not told apart.
     static float maxDifference(const float* values, ptrdiff_t valueStride, const float* subtrahends,
                                ptrdiff_t subtrahendStride, size_t rows, size_t count, float start);
+    // Bit i set when (firstDy + i)^2 + h[i]^2 < limit, for i < count <= 64: the rows of a window
+    // whose nearest source (h columns away) may lie within a squared distance. The squares must
+    // fit 31 bits; the 63 bytes after h[count - 1] must be readable too.
+    static uint64_t rowsWithin(const unsigned char* h, size_t count, int32_t firstDy, int32_t limit);
 };
 
 } // namespace LmFontEffect
