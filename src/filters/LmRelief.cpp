@@ -688,36 +688,63 @@ int LmRelief::partialInDT(void* args)
             }
             for (int64_t x = spanBegin; x < spanEnd; ++x) out[x] = std::max(above[x], below[x]);
         }
-        for (int x = searchedFirst; x <= searchedLast; ++x) {
+        // A cell's own row, read live, and its lift into a source for the cells after it.
+        auto finish = [&](int x, float c) {
+            int x0, x1;
+            window(x, ir, a->width, &x0, &x1);
+            if (first[y] < x1 && last[y] >= x0)
+                c = LmRowOps::maxDifference(sources.get() + y * W + x0, W, table.get() + ir * T + (x0 - x + ir), T, 1,
+                                            (size_t)(x1 - x0), c);
+            a->map[y * W + x] = c;
+            if (c > 1.0f) {
+                sources[y * W + x] = c;
+                first[y] = std::min(first[y], x);
+                last[y] = std::max(last[y], x);
+            }
+        };
+        for (int x = searchedFirst; x <= searchedLast;) {
             float& c = a->map[y * W + x];
-            if (!(c < 0.0f)) continue;
+            if (!(c < 0.0f)) {
+                ++x;
+                continue;
+            }
             // The cell is no source while it is searched, so the maximum is over a fixed set and
             // the order of the visit does not matter.
             int x0, x1;
             window(x, ir, a->width, &x0, &x1);
             const int64_t dx0 = x0 - x + ir;
             if (folds) {
-                if (first[y] < x1 && last[y] >= x0)
-                    c = LmRowOps::maxDifference(sources.get() + y * W + x0, W, table.get() + ir * T + dx0, T, 1,
-                                                (size_t)(x1 - x0), c);
+                // Up to eight neighbours whose whole windows lie on the canvas share the folded
+                // rows' loads; a row without a source in a cell's window only adds -inf to it.
+                int cells = 1;
+                if (x - ir >= 0)
+                    while (cells < 8 && x + cells <= searchedLast && a->map[y * W + x + cells] < 0.0f &&
+                           (int64_t)x + cells + ir < W)
+                        ++cells;
+                cells = cells >= 8 ? 8 : cells >= 4 ? 4 : cells >= 2 ? 2 : 1;
+                const int right = cells > 1 ? x + cells + ir : x1;
                 int64_t low = 1, high = ir;
-                auto holds = [&](int64_t dy) { return foldFirst[dy] < x1 && foldLast[dy] >= x0; };
+                auto holds = [&](int64_t dy) { return foldFirst[dy] < right && foldLast[dy] >= x0; };
                 while (low <= high && !holds(low)) ++low;
                 while (high >= low && !holds(high)) --high;
+                float maxima[8];
+                for (int k = 0; k < cells; ++k) maxima[k] = a->map[y * W + x + k];
                 if (low <= high)
-                    c = LmRowOps::maxDifference(folds.get() + low * W + x0, W, table.get() + (low + ir) * T + dx0, T,
-                                                (size_t)(high - low + 1), (size_t)(x1 - x0), c);
-            } else {
-                auto holdsSource = [&](int yy) { return first[yy] < x1 && last[yy] >= x0; };
-                int top = y0, bottom = y1;
-                while (top < bottom && !holdsSource(top)) ++top;
-                while (bottom > top && !holdsSource(bottom - 1)) --bottom;
-                for (int yy = top; yy < bottom; ++yy) {
-                    const float* roots = rowRoots.get() + dx0;
-                    if (table) roots = table.get() + (yy - y + ir) * T + dx0;
-                    else fillRoots(rowRoots.get(), yy - y);
-                    c = LmRowOps::maxDifference(sources.get() + yy * W + x0, W, roots, T, 1, (size_t)(x1 - x0), c);
-                }
+                    LmRowOps::maxDifferences(folds.get() + low * W + x0, W, table.get() + (low + ir) * T + dx0, T,
+                                             (size_t)(high - low + 1), (size_t)(x1 - x0), maxima, (size_t)cells);
+                for (int k = 0; k < cells; ++k) finish(x + k, maxima[k]);
+                x += cells;
+                continue;
+            }
+            auto holdsSource = [&](int yy) { return first[yy] < x1 && last[yy] >= x0; };
+            int top = y0, bottom = y1;
+            while (top < bottom && !holdsSource(top)) ++top;
+            while (bottom > top && !holdsSource(bottom - 1)) --bottom;
+            for (int yy = top; yy < bottom; ++yy) {
+                const float* roots = rowRoots.get() + dx0;
+                if (table) roots = table.get() + (yy - y + ir) * T + dx0;
+                else fillRoots(rowRoots.get(), yy - y);
+                c = LmRowOps::maxDifference(sources.get() + yy * W + x0, W, roots, T, 1, (size_t)(x1 - x0), c);
             }
             if (c > 1.0f) {
                 // Lifted above 1 it becomes a source for the cells after it.
@@ -725,6 +752,7 @@ int LmRelief::partialInDT(void* args)
                 first[y] = std::min(first[y], x);
                 last[y] = std::max(last[y], x);
             }
+            ++x;
         }
     }
     return 0;

@@ -197,6 +197,52 @@ float MaxDifference(const float* values, ptrdiff_t valueStride, const float* sub
     return vm > m ? vm : m;
 }
 
+// MaxDifference for K cells side by side: each subtrahend vector serves K value vectors.
+template <size_t K>
+void MaxDifferencesOf(const float* values, ptrdiff_t valueStride, const float* subtrahends, ptrdiff_t subtrahendStride,
+                      size_t rows, size_t count, float* maxima)
+{
+    const hn::ScalableTag<float> d;
+    const size_t lanes = hn::Lanes(d);
+    using V = decltype(hn::Zero(d));
+    V best[K];
+    float m[K];
+    for (size_t k = 0; k < K; ++k) best[k] = hn::Set(d, maxima[k]), m[k] = maxima[k];
+    for (size_t y = 0; y < rows; ++y) {
+        const float* v = values + (ptrdiff_t)y * valueStride;
+        const float* s = subtrahends + (ptrdiff_t)y * subtrahendStride;
+        if (count < lanes) {
+            for (size_t k = 0; k < K; ++k)
+                for (size_t i = 0; i < count; ++i) m[k] = v[i + k] - s[i] > m[k] ? v[i + k] - s[i] : m[k];
+            continue;
+        }
+        for (size_t i = 0;; i += lanes) {
+            if (i + lanes > count) i = count - lanes;
+            const auto t = hn::LoadU(d, s + i);
+            for (size_t k = 0; k < K; ++k) best[k] = hn::Max(best[k], hn::Sub(hn::LoadU(d, v + i + k), t));
+            if (i + lanes == count) break;
+        }
+    }
+    for (size_t k = 0; k < K; ++k) {
+        const float vm = hn::GetLane(hn::MaxOfLanes(d, best[k]));
+        maxima[k] = vm > m[k] ? vm : m[k];
+    }
+}
+
+void MaxDifferences(const float* values, ptrdiff_t valueStride, const float* subtrahends, ptrdiff_t subtrahendStride,
+                    size_t rows, size_t count, float* maxima, size_t cells)
+{
+    if (cells == 8)
+        MaxDifferencesOf<8>(values, valueStride, subtrahends, subtrahendStride, rows, count, maxima);
+    else if (cells == 4)
+        MaxDifferencesOf<4>(values, valueStride, subtrahends, subtrahendStride, rows, count, maxima);
+    else if (cells == 2)
+        MaxDifferencesOf<2>(values, valueStride, subtrahends, subtrahendStride, rows, count, maxima);
+    else
+        for (size_t k = 0; k < cells; ++k)
+            MaxDifferencesOf<1>(values + k, valueStride, subtrahends, subtrahendStride, rows, count, maxima + k);
+}
+
 // 0..63 to load: an iota built lane by lane on the stack stalls the load that follows it.
 alignas(64) const int32_t kSteps[64 + 64] = {0,  1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12, 13, 14, 15,
                                              16, 17, 18, 19, 20, 21, 22, 23, 24, 25, 26, 27, 28, 29, 30, 31,
@@ -348,6 +394,7 @@ HWY_EXPORT(SumTaps);
 HWY_EXPORT(Spread);
 HWY_EXPORT(MaxDifference);
 HWY_EXPORT(RowsWithin);
+HWY_EXPORT(MaxDifferences);
 HWY_EXPORT(SumSmallTaps);
 HWY_EXPORT(Quotients);
 
@@ -397,6 +444,12 @@ float LmRowOps::maxDifference(const float* values, ptrdiff_t valueStride, const 
 uint64_t LmRowOps::rowsWithin(const unsigned char* h, size_t count, int32_t firstDy, int32_t limit)
 {
     return HWY_DYNAMIC_DISPATCH(RowsWithin)(h, count, firstDy, limit);
+}
+
+void LmRowOps::maxDifferences(const float* values, ptrdiff_t valueStride, const float* subtrahends,
+                              ptrdiff_t subtrahendStride, size_t rows, size_t count, float* maxima, size_t cells)
+{
+    HWY_DYNAMIC_DISPATCH(MaxDifferences)(values, valueStride, subtrahends, subtrahendStride, rows, count, maxima, cells);
 }
 
 HWY_EXPORT(SrcOverWords);
@@ -483,6 +536,13 @@ float LmRowOps::maxDifference(const float* values, ptrdiff_t valueStride, const 
             if (k > m) m = k;
         }
     return m;
+}
+
+void LmRowOps::maxDifferences(const float* values, ptrdiff_t valueStride, const float* subtrahends,
+                              ptrdiff_t subtrahendStride, size_t rows, size_t count, float* maxima, size_t cells)
+{
+    for (size_t k = 0; k < cells; ++k)
+        maxima[k] = maxDifference(values + k, valueStride, subtrahends, subtrahendStride, rows, count, maxima[k]);
 }
 
 uint64_t LmRowOps::rowsWithin(const unsigned char* h, size_t count, int32_t firstDy, int32_t limit)

@@ -52,6 +52,10 @@ public:
     // each array `stride` floats apart. No NaN may arise; -0.0 and +0.0 are not told apart.
     static float maxDifference(const float* values, ptrdiff_t valueStride, const float* subtrahends,
                                ptrdiff_t subtrahendStride, size_t rows, size_t count, float start);
+    // maxDifference for `cells` (up to 8) windows one value apart (values + k for cell k), each starting
+    // from and returning its maximum in maxima[k]. Reads values up to count + cells - 1 along a row.
+    static void maxDifferences(const float* values, ptrdiff_t valueStride, const float* subtrahends,
+                               ptrdiff_t subtrahendStride, size_t rows, size_t count, float* maxima, size_t cells);
     // Bit i set when (firstDy + i)^2 + h[i]^2 < limit, for i < count <= 64: the rows of a window
     // whose nearest source (h columns away) may lie within a squared distance. The squares must
     // fit 31 bits; the 63 bytes after h[count - 1] must be readable too.
