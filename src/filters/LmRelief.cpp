@@ -94,18 +94,6 @@ bool sourceSpans(const LmRelief::SearchArgs& a, LmMaskBox::Block<int>* first, Lm
     return true;
 }
 
-// The least n in 0..largest whose root is at least c, or largest + 1: roots never fall as n
-// grows, so root(n) < c exactly when n is below it. Found by stepping from c^2, which the
-// rounded roots miss by a step or two at most.
-int64_t leastWithRootAtLeast(float c, int64_t largest)
-{
-    if (!(c <= root(largest))) return largest + 1;
-    int64_t n = (int64_t)std::min<double>(std::max<double>((double)c * c, 0.0), (double)largest);
-    while (n > 0 && root(n - 1) >= c) --n;
-    while (root(n) < c) ++n;
-    return n;
-}
-
 // The bevel's and the emboss's outer search: cells accepted by `takes` move down to the
 // smallest candidate(n, d) over neighbours n < 1 within the reach. Every candidate is at least
 // d, and d at least the row and column distances, so the window is walked outward from the
@@ -519,12 +507,13 @@ int LmRelief::partialOutDT(void* args)
     // Squared distances are at most this within any window; past it no test is needed.
     const int64_t reach = std::min<int64_t>(a->reach, std::max(W, H));
     const int64_t largest = 2 * reach * reach + 2;
-    // Most cells start at the same value: the last limit is kept.
-    float lastValue = NAN;
-    int64_t lastLimit = 0;
-    auto limits = [&](float c) {
-        if (c != lastValue) lastValue = c, lastLimit = leastWithRootAtLeast(c, largest);
-        return lastLimit;
+    // A squared distance from which on every root is at least c: a root errs from the square root
+    // by at most 0.0005 and a float's rounding. It may pass the least such by a step or two,
+    // which only lets a few more candidates be tried and rejected, and costs no table lookups.
+    auto limits = [&](float c) -> int64_t {
+        const double r = (double)c + 0.001 + 1e-6 * (double)c;
+        if (!(r * r < (double)largest)) return largest + 1;
+        return (int64_t)std::ceil(r * r);
     };
 
     // The vector row test's squares fit its 31 bits.
@@ -537,8 +526,8 @@ int LmRelief::partialOutDT(void* args)
 
     // Candidates are at least their root, and roots grow with the squared distance: a row is
     // passed over when its nearest source is already too far, and each run starts at the row's
-    // nearest source on its side and stops where the root reaches the value. `limit` is the
-    // least squared distance whose root reaches c. The sources that served the cells to the
+    // nearest source on its side and stops where the root reaches the value. From `limit` on
+    // every squared distance has a root that reaches c. The sources that served the cells to the
     // left and above are tried first: neighbours mostly share their nearest source, and a value
     // found early keeps the limit small.
     for (int y = std::max(a->rowBegin, 0); y < std::min(a->rowEnd, a->height); ++y) {
