@@ -537,7 +537,8 @@ int LmRelief::partialOutDT(void* args)
         for (int x = 0; x < a->width; ++x) {
             float c = a->map[y * W + x];
             int64_t bestX = -1, bestY = -1;
-            if (!(c > 0.0f)) {
+            // A cell below 1 keeps its value: any other candidate is at least root(1) = 1.
+            if (!(c >= 1.0f)) {
                 found[2 * x] = found[2 * x + 1] = -1;
                 leftX = leftY = -1;
                 continue;
@@ -675,7 +676,7 @@ int LmRelief::partialInDT(void* args)
                 std::copy(only + spanBegin, only + spanEnd, out + spanBegin);
                 continue;
             }
-            for (int64_t x = spanBegin; x < spanEnd; ++x) out[x] = std::max(above[x], below[x]);
+            LmRowOps::maxOf(out + spanBegin, above + spanBegin, below + spanBegin, (size_t)(spanEnd - spanBegin));
         }
         // A cell's own row, read live, and its lift into a source for the cells after it.
         auto finish = [&](int x, float c) {

@@ -48,14 +48,21 @@ namespace LmFontEffect {
 namespace HWY_NAMESPACE {
 namespace hn = hwy::HWY_NAMESPACE;
 
-void MaxOf(unsigned char* out, const unsigned char* a, const unsigned char* b, size_t count)
+template <class T> void MaxOfRows(T* out, const T* a, const T* b, size_t count)
 {
-    const hn::ScalableTag<uint8_t> d;
+    const hn::ScalableTag<T> d;
     const size_t lanes = hn::Lanes(d);
     size_t i = 0;
     for (; i + lanes <= count; i += lanes) hn::StoreU(hn::Max(hn::LoadU(d, a + i), hn::LoadU(d, b + i)), d, out + i);
     for (; i < count; ++i) out[i] = a[i] > b[i] ? a[i] : b[i];
 }
+
+void MaxOf(unsigned char* out, const unsigned char* a, const unsigned char* b, size_t count)
+{
+    MaxOfRows(out, a, b, count);
+}
+
+void MaxOfFloats(float* out, const float* a, const float* b, size_t count) { MaxOfRows(out, a, b, count); }
 
 void Raise(unsigned char* out, const unsigned char* m, size_t count, unsigned char t)
 {
@@ -388,6 +395,7 @@ namespace LmFontEffect {
 
 #if defined(LM_HAVE_HWY)
 HWY_EXPORT(MaxOf);
+HWY_EXPORT(MaxOfFloats);
 HWY_EXPORT(Raise);
 HWY_EXPORT(Widen);
 HWY_EXPORT(SumTaps);
@@ -412,6 +420,11 @@ void LmRowOps::sumSmallTaps(int* acc, const unsigned char* c, ptrdiff_t step, si
 void LmRowOps::maxOf(unsigned char* out, const unsigned char* a, const unsigned char* b, size_t count)
 {
     HWY_DYNAMIC_DISPATCH(MaxOf)(out, a, b, count);
+}
+
+void LmRowOps::maxOf(float* out, const float* a, const float* b, size_t count)
+{
+    HWY_DYNAMIC_DISPATCH(MaxOfFloats)(out, a, b, count);
 }
 
 void LmRowOps::raise(unsigned char* out, const unsigned char* m, size_t count, unsigned char t)
@@ -472,6 +485,11 @@ size_t LmRowOps::alphaRun(const unsigned char* pixels, size_t count, unsigned ch
 void LmRowOps::swapVisible(unsigned char* pixels, size_t count) { HWY_DYNAMIC_DISPATCH(SwapVisible)(pixels, count); }
 #else
 void LmRowOps::maxOf(unsigned char* out, const unsigned char* a, const unsigned char* b, size_t count)
+{
+    for (size_t i = 0; i < count; ++i) out[i] = a[i] > b[i] ? a[i] : b[i];
+}
+
+void LmRowOps::maxOf(float* out, const float* a, const float* b, size_t count)
 {
     for (size_t i = 0; i < count; ++i) out[i] = a[i] > b[i] ? a[i] : b[i];
 }

@@ -13,6 +13,8 @@ class LmRowOps {
 public:
     // out[i] = max(a[i], b[i]).
     static void maxOf(unsigned char* out, const unsigned char* a, const unsigned char* b, size_t count);
+    // The same for floats, none of them NaN.
+    static void maxOf(float* out, const float* a, const float* b, size_t count);
     // out[i] = max(out[i], m[i] - t), the difference floored at 0.
     static void raise(unsigned char* out, const unsigned char* m, size_t count, unsigned char t);
     // out[i] = max(in[i - 1], in[i + 1]), and in[i] too when withCentre: a running maximum one
