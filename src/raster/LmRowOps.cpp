@@ -204,17 +204,20 @@ float MaxDifference(const float* values, ptrdiff_t valueStride, const float* sub
     return vm > m ? vm : m;
 }
 
-// MaxDifference for K cells side by side: each subtrahend vector serves K value vectors.
+// MaxDifference for K (1, 2, 4 or 8) cells side by side: each subtrahend vector serves K value
+// vectors. Named accumulators, not an array: scalable vectors cannot be array elements.
 template <size_t K>
 void MaxDifferencesOf(const float* values, ptrdiff_t valueStride, const float* subtrahends, ptrdiff_t subtrahendStride,
                       size_t rows, size_t count, float* maxima)
 {
     const hn::ScalableTag<float> d;
     const size_t lanes = hn::Lanes(d);
-    using V = decltype(hn::Zero(d));
-    V best[K];
+    auto b0 = hn::Set(d, maxima[0]), b1 = b0, b2 = b0, b3 = b0, b4 = b0, b5 = b0, b6 = b0, b7 = b0;
+    if (K > 1) b1 = hn::Set(d, maxima[1]);
+    if (K > 2) b2 = hn::Set(d, maxima[2]), b3 = hn::Set(d, maxima[3]);
+    if (K > 4) b4 = hn::Set(d, maxima[4]), b5 = hn::Set(d, maxima[5]), b6 = hn::Set(d, maxima[6]), b7 = hn::Set(d, maxima[7]);
     float m[K];
-    for (size_t k = 0; k < K; ++k) best[k] = hn::Set(d, maxima[k]), m[k] = maxima[k];
+    for (size_t k = 0; k < K; ++k) m[k] = maxima[k];
     for (size_t y = 0; y < rows; ++y) {
         const float* v = values + (ptrdiff_t)y * valueStride;
         const float* s = subtrahends + (ptrdiff_t)y * subtrahendStride;
@@ -226,12 +229,17 @@ void MaxDifferencesOf(const float* values, ptrdiff_t valueStride, const float* s
         for (size_t i = 0;; i += lanes) {
             if (i + lanes > count) i = count - lanes;
             const auto t = hn::LoadU(d, s + i);
-            for (size_t k = 0; k < K; ++k) best[k] = hn::Max(best[k], hn::Sub(hn::LoadU(d, v + i + k), t));
+            auto step = [&](decltype(b0)& b, size_t k) { b = hn::Max(b, hn::Sub(hn::LoadU(d, v + i + k), t)); };
+            step(b0, 0);
+            if (K > 1) step(b1, 1);
+            if (K > 2) step(b2, 2), step(b3, 3);
+            if (K > 4) step(b4, 4), step(b5, 5), step(b6, 6), step(b7, 7);
             if (i + lanes == count) break;
         }
     }
+    const decltype(b0)* best[8] = {&b0, &b1, &b2, &b3, &b4, &b5, &b6, &b7};
     for (size_t k = 0; k < K; ++k) {
-        const float vm = hn::GetLane(hn::MaxOfLanes(d, best[k]));
+        const float vm = hn::GetLane(hn::MaxOfLanes(d, *best[k]));
         maxima[k] = vm > m[k] ? vm : m[k];
     }
 }
