@@ -642,12 +642,13 @@ int LmRelief::partialInDT(void* args)
     // then and rows after it not yet searched; row y itself is read live (a cell lifted into a
     // source serves the cells after it).
     const int64_t H = a->height;
-    const bool folding = table && ((int64_t)ir + 1) * W <= (int64_t(1) << 22);
-    LmMaskBox::Block<float> folds = folding ? LmMaskBox::allocate<float>(((int64_t)ir + 1) * W, false)
-                                            : LmMaskBox::Block<float>();
-    LmMaskBox::Block<int> foldFirst = LmMaskBox::allocate<int>((int64_t)ir + 1, false);
-    LmMaskBox::Block<int> foldLast = LmMaskBox::allocate<int>((int64_t)ir + 1, false);
-    if (!foldFirst || !foldLast) return 0;
+    // No pair reaches further than the canvas is high, so the folds take no more room than the map.
+    const int64_t folded = std::min<int64_t>(ir, H - 1);
+    LmMaskBox::Block<float> folds =
+        table ? LmMaskBox::allocate<float>((folded + 1) * W, false) : LmMaskBox::Block<float>();
+    LmMaskBox::Block<int> foldFirst = LmMaskBox::allocate<int>(folded + 1, false);
+    LmMaskBox::Block<int> foldLast = LmMaskBox::allocate<int>(folded + 1, false);
+    if ((table && !folds) || !foldFirst || !foldLast) return 0;
     for (int y = std::max(a->rowBegin, 0); y < std::min(a->rowEnd, a->height); ++y) {
         int y0, y1;
         window(y, ir, a->height, &y0, &y1);
@@ -658,7 +659,7 @@ int LmRelief::partialInDT(void* args)
         if (searchedLast < 0) continue;
         const int64_t spanBegin = std::max<int64_t>((int64_t)searchedFirst - ir, 0);
         const int64_t spanEnd = std::min<int64_t>((int64_t)searchedLast + ir + 1, W);
-        for (int64_t dy = 1; folds && dy <= ir; ++dy) {
+        for (int64_t dy = 1; folds && dy <= folded; ++dy) {
             const float* above = y - dy >= 0 ? sources.get() + (y - dy) * W : nullptr;
             const float* below = y + dy < H ? sources.get() + (y + dy) * W : nullptr;
             int f = a->width, l = -1;
@@ -713,7 +714,7 @@ int LmRelief::partialInDT(void* args)
                         ++cells;
                 cells = cells >= 8 ? 8 : cells >= 4 ? 4 : cells >= 2 ? 2 : 1;
                 const int right = cells > 1 ? x + cells + ir : x1;
-                int64_t low = 1, high = ir;
+                int64_t low = 1, high = folded;
                 auto holds = [&](int64_t dy) { return foldFirst[dy] < right && foldLast[dy] >= x0; };
                 while (low <= high && !holds(low)) ++low;
                 while (high >= low && !holds(high)) --high;
