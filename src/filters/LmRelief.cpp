@@ -679,19 +679,23 @@ int LmRelief::partialInDT(void* args)
             }
             LmRowOps::maxOf(out + spanBegin, above + spanBegin, below + spanBegin, (size_t)(spanEnd - spanBegin));
         }
-        // A cell's own row, read live, and its lift into a source for the cells after it.
-        auto finish = [&](int x, float c) {
-            int x0, x1;
-            window(x, ir, a->width, &x0, &x1);
-            if (first[y] < x1 && last[y] >= x0)
-                c = LmRowOps::maxDifference(sources.get() + y * W + x0, W, table.get() + ir * T + (x0 - x + ir), T, 1,
-                                            (size_t)(x1 - x0), c);
+        // Lifted above 1 a cell becomes a source for the cells after it.
+        auto store = [&](int x, float c) {
             a->map[y * W + x] = c;
             if (c > 1.0f) {
                 sources[y * W + x] = c;
                 first[y] = std::min(first[y], x);
                 last[y] = std::max(last[y], x);
             }
+        };
+        // A folded cell's own row, read live.
+        auto finish = [&](int x, float c) {
+            int x0, x1;
+            window(x, ir, a->width, &x0, &x1);
+            if (first[y] < x1 && last[y] >= x0)
+                c = LmRowOps::maxDifference(sources.get() + y * W + x0, W, table.get() + ir * T + (x0 - x + ir), T, 1,
+                                            (size_t)(x1 - x0), c);
+            store(x, c);
         };
         for (int x = searchedFirst; x <= searchedLast;) {
             float& c = a->map[y * W + x];
@@ -737,12 +741,7 @@ int LmRelief::partialInDT(void* args)
                 else fillRoots(rowRoots.get(), yy - y);
                 c = LmRowOps::maxDifference(sources.get() + yy * W + x0, W, roots, T, 1, (size_t)(x1 - x0), c);
             }
-            if (c > 1.0f) {
-                // Lifted above 1 it becomes a source for the cells after it.
-                sources[y * W + x] = c;
-                first[y] = std::min(first[y], x);
-                last[y] = std::max(last[y], x);
-            }
+            store(x, c);
             ++x;
         }
     }

@@ -6,7 +6,6 @@
 #define LMFONTEFFECT_ROW_SCANS_PLAIN
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 
 namespace LmFontEffect {
 namespace {
@@ -179,33 +178,9 @@ void Quotients(unsigned char* out, const int* acc, size_t count, int sum, bool i
     for (; i < count; ++i) out[i] = (unsigned char)((top + sign * acc[i]) / sum);
 }
 
-float MaxDifference(const float* values, ptrdiff_t valueStride, const float* subtrahends, ptrdiff_t subtrahendStride,
-                    size_t rows, size_t count, float start)
-{
-    const hn::ScalableTag<float> d;
-    const size_t lanes = hn::Lanes(d);
-    auto best = hn::Set(d, start);
-    float m = start;
-    for (size_t y = 0; y < rows; ++y) {
-        const float* v = values + (ptrdiff_t)y * valueStride;
-        const float* s = subtrahends + (ptrdiff_t)y * subtrahendStride;
-        if (count < lanes) {
-            for (size_t i = 0; i < count; ++i) m = v[i] - s[i] > m ? v[i] - s[i] : m;
-            continue;
-        }
-        // The last vector overlaps the one before it: a maximum may see a lane twice.
-        for (size_t i = 0;; i += lanes) {
-            if (i + lanes > count) i = count - lanes;
-            best = hn::Max(best, hn::Sub(hn::LoadU(d, v + i), hn::LoadU(d, s + i)));
-            if (i + lanes == count) break;
-        }
-    }
-    const float vm = hn::GetLane(hn::MaxOfLanes(d, best));
-    return vm > m ? vm : m;
-}
-
-// MaxDifference for K (1, 2, 4 or 8) cells side by side: each subtrahend vector serves K value
-// vectors. Named accumulators, not an array: scalable vectors cannot be array elements.
+// The largest values[i] - subtrahends[i] over `rows` rows for K (1, 2, 4 or 8) cells side by side,
+// cell k reading values + k: each subtrahend vector serves K value vectors. Named accumulators,
+// not an array: scalable vectors cannot be array elements.
 template <size_t K>
 void MaxDifferencesOf(const float* values, ptrdiff_t valueStride, const float* subtrahends, ptrdiff_t subtrahendStride,
                       size_t rows, size_t count, float* maxima)
@@ -226,6 +201,7 @@ void MaxDifferencesOf(const float* values, ptrdiff_t valueStride, const float* s
                 for (size_t i = 0; i < count; ++i) m[k] = v[i + k] - s[i] > m[k] ? v[i + k] - s[i] : m[k];
             continue;
         }
+        // The last vector overlaps the one before it: a maximum may see a lane twice.
         for (size_t i = 0;; i += lanes) {
             if (i + lanes > count) i = count - lanes;
             const auto t = hn::LoadU(d, s + i);
@@ -242,6 +218,13 @@ void MaxDifferencesOf(const float* values, ptrdiff_t valueStride, const float* s
         const float vm = hn::GetLane(hn::MaxOfLanes(d, *best[k]));
         maxima[k] = vm > m[k] ? vm : m[k];
     }
+}
+
+float MaxDifference(const float* values, ptrdiff_t valueStride, const float* subtrahends, ptrdiff_t subtrahendStride,
+                    size_t rows, size_t count, float start)
+{
+    MaxDifferencesOf<1>(values, valueStride, subtrahends, subtrahendStride, rows, count, &start);
+    return start;
 }
 
 void MaxDifferences(const float* values, ptrdiff_t valueStride, const float* subtrahends, ptrdiff_t subtrahendStride,
